@@ -1,0 +1,47 @@
+#pragma once
+
+#include <utility>
+
+#include "platform/combine/publisher.h"
+
+namespace tarnix {
+
+struct Void {
+  friend bool operator==(const Void&, const Void&) = default;
+};
+
+// An object that tells before one of its published fields changes. Not copyable: observers know it by
+// identity.
+class ObservableObject {
+ public:
+  ObservableObject() = default;
+  ObservableObject(const ObservableObject&) = delete;
+  ObservableObject& operator=(const ObservableObject&) = delete;
+  virtual ~ObservableObject() = default;
+
+  Publisher<Void> objectWillChange() const { return willChange_.publisher(); }
+  void sendWillChange() { willChange_.send({}); }
+
+ private:
+  Subject<Void> willChange_;
+};
+
+// A field of an observable object: every assignment, of an equal value too, tells the object's observers
+// first.
+template <typename T>
+class Published {
+ public:
+  Published(ObservableObject* owner, T value) : owner_(owner), value_(std::move(value)) {}
+
+  const T& get() const { return value_; }
+  void set(T value) {
+    owner_->sendWillChange();
+    value_ = std::move(value);
+  }
+
+ private:
+  ObservableObject* owner_;
+  T value_;
+};
+
+}  // namespace tarnix
