@@ -39,6 +39,9 @@ class String {
   friend bool operator==(const String& a, const String& b) noexcept {
     return a.block_ == b.block_ || a.view() == b.view();
   }
+  friend bool operator==(const String& a, std::string_view b) noexcept { return a.view() == b; }
+  friend bool operator==(const String& a, const std::string& b) noexcept { return a.view() == b; }
+  friend bool operator==(const String& a, const char* b) noexcept { return a.view() == b; }
   friend std::strong_ordering operator<=>(const String& a, const String& b) noexcept {
     return a.view() <=> b.view();
   }

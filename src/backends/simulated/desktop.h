@@ -1,0 +1,82 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "backends/simulated/application.h"
+#include "backends/simulated/pasteboard.h"
+#include "backends/simulated/window.h"
+#include "platform/platform.h"
+
+namespace tarnix::simulated {
+
+// A whole desktop in memory, installed as the platform for as long as it lives: programs that copy, windows,
+// screens, settings, and a clock that stands still until it is moved.
+class Desktop {
+ public:
+  Desktop();
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+  ~Desktop();
+
+  // Moves the clock, doing what falls due on the way, each thing at its time.
+  void advance(RunLoop::Duration duration);
+
+  // The program of this name, which starts running when it is first asked for. It has the bundle identifier
+  // "org.example." with the name and a bundle location.
+  Application& app(const String& name);
+  // The program ends; its windows stay listed until they are closed.
+  void quit(const String& name);
+  void setFrontmost(std::shared_ptr<Application> application) { frontmost_ = std::move(application); }
+
+  // Front to back.
+  std::vector<CGWindowDictionary>& windows() { return windows_; }
+  // Without a list the window server answers nothing.
+  void setHasWindowList(bool hasWindowList) { hasWindowList_ = hasWindowList; }
+  int windowListReads() const { return windowListReads_; }
+  std::vector<NSScreen>& screens() { return screens_; }
+
+  void setSetting(const String& key, PropertyList::Value value);
+  std::optional<PropertyList> setting(const String& key) const;
+
+  Pasteboard& pasteboard(NSPasteboard::Name name = NSPasteboard::Name::general);
+  RunLoop& runLoop() { return *platform_.mainRunLoop; }
+  Date now() const;
+
+  // Shows a view in a window and gives the view that is kept there.
+  template <CompositeView T>
+  T show() {
+    T view;
+    window_ = std::make_unique<Window>(View(view), runLoop());
+    return view;
+  }
+  // The window of the view that was shown last.
+  Window& window() { return *window_; }
+  // As if the program were ended and started: windows go, settings and the pasteboard stay.
+  void closeWindow() { window_.reset(); }
+
+ private:
+  class Workspace;
+  class WindowServer;
+  class Screens;
+  friend class Application;
+
+  RunLoop::Instant clock_{};
+  std::vector<std::shared_ptr<Application>> applications_;
+  std::shared_ptr<Application> frontmost_;
+  std::vector<CGWindowDictionary> windows_;
+  std::vector<NSScreen> screens_{{{0, 0, 1920, 1080}}};
+  bool hasWindowList_ = true;
+  mutable int windowListReads_ = 0;
+  Platform platform_;
+  std::unique_ptr<PlatformScope> scope_;
+  std::unique_ptr<Window> window_;
+};
+
+}  // namespace tarnix::simulated
+
+namespace tarnix {
+using SimulatedDesktop = simulated::Desktop;
+}

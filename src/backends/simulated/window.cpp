@@ -1,0 +1,162 @@
+#include "backends/simulated/window.h"
+
+#include <functional>
+
+#include "platform/appkit/application.h"
+#include "platform/swiftui/text_renderer.h"
+
+namespace tarnix::simulated {
+namespace {
+
+// The first element, in reading order and attachments last, that `matches`; null when there is none.
+const Element* find(const Element& element, const std::function<bool(const Element&)>& matches) {
+  if (matches(element)) return &element;
+  for (const auto* group : {&element.children, &element.attachments}) {
+    for (const Element& child : *group) {
+      if (const Element* found = find(child, matches)) return found;
+    }
+  }
+  return nullptr;
+}
+
+template <typename T>
+const Element* findKind(const Element& element) {
+  return find(element, [](const Element& candidate) { return candidate.as<T>() != nullptr; });
+}
+
+bool isNamed(const Element& element, std::string_view name) {
+  if (const auto* label = element.modifier<modifiers::AccessibilityLabel>(); label && label->text == name)
+    return true;
+  if (const auto* text = element.as<elements::Text>()) return text->text.view() == name;
+  if (const auto* label = element.as<elements::Label>()) return label->title.view() == name;
+  if (const auto* image = element.as<elements::Image>()) return image->systemName.view() == name;
+  return false;
+}
+
+bool contains(const Element& element, std::string_view name) {
+  return find(element, [&](const Element& candidate) { return isNamed(candidate, name); }) != nullptr;
+}
+
+const elements::Toggle* findToggle(const Element& tree, std::string_view label) {
+  const Element* found = find(tree, [&](const Element& candidate) {
+    const auto* toggle = candidate.as<elements::Toggle>();
+    return toggle != nullptr && toggle->label.view() == label;
+  });
+  return found == nullptr ? nullptr : found->as<elements::Toggle>();
+}
+
+const elements::ConfirmationDialog* presented(const Element& element) {
+  const auto* dialog = element.as<elements::ConfirmationDialog>();
+  return dialog != nullptr && dialog->isPresented.get() ? dialog : nullptr;
+}
+
+const Element* findDialog(const Element& tree) {
+  return find(tree, [](const Element& candidate) { return presented(candidate) != nullptr; });
+}
+
+bool isButton(const Element& element, std::string_view name) {
+  return element.as<elements::Button>() != nullptr && contains(element, name);
+}
+
+Window::Row rowOf(const Element& link, const std::optional<UUID>& selection) {
+  Window::Row row;
+  for (const Element& part : link.children) {
+    if (const auto* image = part.as<elements::Image>()) row.symbol = image->systemName.str();
+    if (const auto* text = part.as<elements::Text>()) row.title = text->text.str();
+  }
+  if (const auto* badge = link.modifier<modifiers::Badge>()) row.badge = badge->count;
+  if (const auto* tag = link.modifier<modifiers::Tag>()) row.tag = tag->tag;
+  row.isSelected = row.tag.has_value() && row.tag == selection;
+  return row;
+}
+
+}  // namespace
+
+Window::Window(const View& root, RunLoop& loop) : graph_(root, loop) {
+  toggleSidebar_ = NSApp().addResponder("toggleSidebar:", [this] { isSidebarVisible_ = !isSidebarVisible_; });
+}
+
+std::string Window::text() const { return renderText(*graph_.tree()); }
+
+std::vector<Window::Row> Window::rows() const {
+  std::vector<Row> rows;
+  const Element* list = findKind<elements::List>(*graph_.tree());
+  const Element* found = findKind<elements::Section>(*graph_.tree());
+  if (list == nullptr || found == nullptr) return rows;
+  const auto& section = *found->as<elements::Section>();
+  const auto selection = list->as<elements::List>()->selection.get();
+  for (std::size_t i = 0; i < section.rowCount; ++i) rows.push_back(rowOf(section.row(i), selection));
+  return rows;
+}
+
+std::vector<std::string> Window::titles() const {
+  std::vector<std::string> titles;
+  for (const Row& row : rows()) titles.push_back(row.title);
+  return titles;
+}
+
+std::optional<String> Window::detailText() const {
+  const Element* found = findKind<elements::TextView>(*graph_.tree());
+  if (found == nullptr) return std::nullopt;
+  return found->as<elements::TextView>()->text;
+}
+
+bool Window::shows(std::string_view text) const { return contains(*graph_.tree(), text); }
+
+bool Window::press(std::string_view button) {
+  const auto tree = graph_.tree();
+  const Element* found = find(*tree, [&](const Element& candidate) { return isButton(candidate, button); });
+  if (found == nullptr) return false;
+  found->as<elements::Button>()->action();
+  return true;
+}
+
+bool Window::flip(std::string_view toggle) {
+  const auto tree = graph_.tree();
+  const auto* found = findToggle(*tree, toggle);
+  if (found == nullptr) return false;
+  found->isOn.set(!found->isOn.get());
+  return true;
+}
+
+bool Window::isOn(std::string_view toggle) const {
+  const auto* found = findToggle(*graph_.tree(), toggle);
+  return found != nullptr && found->isOn.get();
+}
+
+bool Window::search(const String& text) {
+  const auto tree = graph_.tree();
+  const Element* found = find(
+      *tree, [](const Element& candidate) { return candidate.modifier<modifiers::Searchable>() != nullptr; });
+  if (found == nullptr) return false;
+  found->modifier<modifiers::Searchable>()->text.set(text);
+  return true;
+}
+
+bool Window::pick(std::size_t position) {
+  const auto tree = graph_.tree();
+  const Element* list = findKind<elements::List>(*tree);
+  const auto shown = rows();
+  if (list == nullptr || position >= shown.size()) return false;
+  list->as<elements::List>()->selection.set(shown[position].tag);
+  return true;
+}
+
+std::optional<std::string> Window::dialog() const {
+  const Element* found = findDialog(*graph_.tree());
+  if (found == nullptr) return std::nullopt;
+  return found->as<elements::ConfirmationDialog>()->title.str();
+}
+
+bool Window::choose(std::string_view button) {
+  const auto tree = graph_.tree();
+  const Element* shown = findDialog(*tree);
+  if (shown == nullptr) return false;
+  const Element* found = find(*shown, [&](const Element& candidate) { return isButton(candidate, button); });
+  if (found == nullptr) return false;
+  shown->as<elements::ConfirmationDialog>()->isPresented.set(false);
+  found->as<elements::Button>()->action();
+  return true;
+}
+
+}  // namespace tarnix::simulated
