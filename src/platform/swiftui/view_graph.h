@@ -48,6 +48,8 @@ class ViewGraph {
   void invalidate();
   void turn();
   void checkWatches();
+  // Another view has come to `place`: the state there and below ends.
+  void forgetFrom(const Path& place);
   void evaluate();
 
   View root_;
