@@ -20,23 +20,25 @@ class ObservableObject {
   virtual ~ObservableObject() = default;
 
   Publisher<Void> objectWillChange() const { return willChange_.publisher(); }
-  void sendWillChange() { willChange_.send({}); }
+  // False when an observer has destroyed this object.
+  bool sendWillChange() { return willChange_.send({}); }
 
  private:
   Subject<Void> willChange_;
 };
 
 // A field of an observable object: every assignment, of an equal value too, tells the object's observers
-// first.
+// first, who still see the former value.
 template <typename T>
 class Published {
  public:
   Published(ObservableObject* owner, T value) : owner_(owner), value_(std::move(value)) {}
+  Published(const Published&) = delete;
+  Published& operator=(const Published&) = delete;
 
   const T& get() const { return value_; }
   void set(T value) {
-    owner_->sendWillChange();
-    value_ = std::move(value);
+    if (owner_->sendWillChange()) value_ = std::move(value);
   }
 
  private:

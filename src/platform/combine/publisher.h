@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -30,19 +31,24 @@ class [[nodiscard]] AnyCancellable {
   std::function<void()> cancel_;
 };
 
-// A source of values that never fails. Each subscription runs a chain of its own. Values are delivered
-// synchronously on the thread that sends them.
+// A source of values that never fails. Each subscription runs a chain of its own, which does not need the
+// publisher any more. Values are delivered synchronously on the thread that sends them.
 template <typename T>
 class Publisher {
  public:
   using Receive = std::function<void(const T&)>;
   using Subscribe = std::function<AnyCancellable(Receive)>;
 
-  explicit Publisher(Subscribe subscribe) : subscribe_(std::move(subscribe)) {}
+  explicit Publisher(Subscribe subscribe)
+      : subscribe_(std::make_shared<const Subscribe>(std::move(subscribe))) {}
 
-  [[nodiscard]] AnyCancellable sink(Receive receive) const { return subscribe_(std::move(receive)); }
+  [[nodiscard]] AnyCancellable sink(Receive receive) const {
+    const auto subscribe = subscribe_;  // A value that arrives during the subscription may end this object.
+    return (*subscribe)(std::move(receive));
+  }
 
-  // Sends `value` during the subscription, before anything of this publisher.
+  // Sends `value` during the subscription, before anything of this publisher. The receiver can't call the
+  // subscription off by then, since it has not been given it yet.
   Publisher prepend(T value) const {
     return Publisher([upstream = *this, value = std::move(value)](Receive receive) {
       receive(value);
@@ -80,43 +86,54 @@ class Publisher {
   }
 
  private:
-  Subscribe subscribe_;
+  std::shared_ptr<const Subscribe> subscribe_;
 };
 
 // Where values enter. Sends over a snapshot of the subscribers: one that is dropped during a send gets
-// nothing more, one that is added waits for the next send, and the subject itself may be destroyed by a
-// subscriber.
+// nothing more, one that is added waits for the next send. The subject itself may be destroyed by a
+// subscriber; the others of the snapshot still get the value.
 template <typename T>
 class Subject {
  public:
   using Receive = typename Publisher<T>::Receive;
 
-  void send(const T& value) {
-    const auto subscribers = subscribers_;  // Keeps the list alive should this subject go.
-    const std::vector<std::shared_ptr<Receive>> snapshot = *subscribers;
-    for (const auto& receive : snapshot) {
-      if (*receive) {
-        const Receive call = *receive;
-        call(value);
-      }
+  Subject() = default;
+  Subject(const Subject&) = delete;
+  Subject& operator=(const Subject&) = delete;
+
+  // False when a subscriber has destroyed this subject.
+  bool send(const T& value) {
+    const std::weak_ptr<Subscribers> alive = subscribers_;
+    const Subscribers snapshot = *subscribers_;
+    for (const auto& subscriber : snapshot) {
+      if (subscriber->isActive) subscriber->receive(value);
     }
+    return !alive.expired();
   }
 
   Publisher<T> publisher() const {
     return Publisher<T>([weak = std::weak_ptr(subscribers_)](Receive receive) {
       const auto subscribers = weak.lock();
       if (!subscribers) return AnyCancellable();
-      const auto entry = std::make_shared<Receive>(std::move(receive));
-      subscribers->push_back(entry);
-      return AnyCancellable([weak, entry] {
-        *entry = nullptr;
-        if (const auto list = weak.lock()) std::erase(*list, entry);
+      const auto subscriber = std::make_shared<Subscriber>(std::move(receive));
+      subscribers->push_back(subscriber);
+      return AnyCancellable([weak, subscriber] {
+        subscriber->isActive = false;
+        if (const auto list = weak.lock()) std::erase(*list, subscriber);
       });
     });
   }
 
  private:
-  using Subscribers = std::vector<std::shared_ptr<Receive>>;
+  // Outlives its own cancellation while a send still runs its closure.
+  struct Subscriber {
+    Receive receive;
+    bool isActive = true;
+
+    explicit Subscriber(Receive call) : receive(std::move(call)) {}
+  };
+  using Subscribers = std::vector<std::shared_ptr<Subscriber>>;
+
   std::shared_ptr<Subscribers> subscribers_ = std::make_shared<Subscribers>();
 };
 

@@ -6,13 +6,15 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace tarnix {
 
 // A loop that others drive: it holds timers, tasks and watched descriptors, says when it next has work, and
 // does what is due. Everything runs on the thread that drives it. Callbacks may add and drop anything,
-// themselves included; a task that is posted by a task runs in the next turn.
+// themselves included, and may drive the loop themselves for a while (a modal alert does): each timer is
+// settled before it is called, so such a nested turn neither repeats a firing nor forgets one.
 class RunLoop {
  public:
   using Duration = std::chrono::nanoseconds;
@@ -39,7 +41,7 @@ class RunLoop {
   struct TimerOptions {
     // Absent: the timer fires every interval, come what may. Present: the timer is a poll. It is held while
     // no change is noted, so that a quiet program never wakes up for it; a noted change makes it due at once,
-    // but never sooner than one interval after it fired last.
+    // but never sooner than one interval after it fired last, or was scheduled. Each firing holds it again.
     std::optional<Duration> tolerance;
     Mode mode = Mode::standard;
   };
@@ -54,14 +56,18 @@ class RunLoop {
 
   Instant now() const { return clock_(); }
 
-  // Repeats; the first firing comes one interval after the call. Missed firings are made up by one.
+  // Repeats; the first firing comes one interval after the call. A late firing does not move those that
+  // follow it: the next is due one interval after the due time of this one. Where that has passed too, the
+  // missed firings are made up by this one and the next is due one interval from now.
   [[nodiscard]] Subscription scheduleTimer(Duration interval, TimerOptions options, Callback fire);
+  // Runs in this turn when called by a timer, in the next one when called by a task; in every mode.
   void perform(Callback task);
+  // A timer that fires once, in every mode.
   void performAfter(Duration delay, Callback task);
-  // As `performAfter`, but can be called off.
+  // As `performAfter`, but can be called off. The closure is let go of when it has run.
   [[nodiscard]] Subscription scheduleOnce(Duration delay, Callback task);
 
-  // Calls `readable` whenever the descriptor can be read. The descriptor is borrowed.
+  // Calls `readable` whenever the descriptor can be read, in every mode. The descriptor is borrowed.
   [[nodiscard]] Subscription watchDescriptor(int descriptor, Callback readable);
 
   // Says that something which polls look at may have changed; releases the held timers.
@@ -73,33 +79,49 @@ class RunLoop {
     std::uint64_t id;  // Never used twice, unlike descriptor numbers.
     friend bool operator==(const Descriptor&, const Descriptor&) = default;
   };
-  // When the next work is due; absent while there is nothing to wait for but descriptors.
+  // When the next work is due in the present mode: now while there are tasks, else the due time of the
+  // earliest timer that is not held. Absent while there is nothing to wait for but descriptors.
   std::optional<Instant> nextDue() const;
-  // Runs everything that is due now: tasks first, then timers by due time. One turn.
+  // One turn: the timers that are due at its start, by due time, then the tasks that are there by then.
   void runDue();
   std::vector<Descriptor> watchedDescriptors() const;
+  // Does nothing for a descriptor that is no longer watched.
   void descriptorReady(std::uint64_t id);
-  void setMode(Mode mode) { mode_ = mode; }
-  // Called when `nextDue` became earlier or the watched descriptors changed. May be empty.
+  // Takes `standard` or `tracking`.
+  void setMode(Mode mode);
+  // Called when `nextDue` became earlier or the watched descriptors changed, during a turn and while a
+  // subscription is dropped too; it should only rearm the driver. May be empty.
   void setScheduleChanged(Callback changed) { scheduleChanged_ = std::move(changed); }
 
  private:
   struct Timer;
   struct Watch;
+  struct TimerToken;
+  struct WatchToken;
 
   bool mayFire(const Timer& timer) const;
-  void runTasks();
+  std::optional<Instant> nextTimerDue() const;
+  std::shared_ptr<Timer> delayedTask(Duration delay, Callback task) const;
+  void add(const std::shared_ptr<Timer>& timer);
   void runTimers();
+  void fire(const std::shared_ptr<Timer>& timer, Instant present);
+  void fireOnce(const std::shared_ptr<Timer>& timer);
+  void runTasks();
+  void forgetDroppedWatches();
+  void announceIfEarlierThan(std::optional<Instant> before);
   void announce();
 
   Clock clock_;
   Mode mode_ = Mode::standard;
   Callback scheduleChanged_;
   std::deque<Callback> tasks_;
+  std::uint64_t tasksPosted_ = 0;
+  std::uint64_t tasksTaken_ = 0;
   std::vector<std::weak_ptr<Timer>> timers_;
   std::vector<std::shared_ptr<Timer>> delayed_;  // Owned until they fire.
   std::vector<std::weak_ptr<Watch>> watches_;
   std::uint64_t nextWatchId_ = 1;
+  std::shared_ptr<RunLoop*> self_;  // Gone as soon as the loop is; lets watches tell.
 };
 
 }  // namespace tarnix

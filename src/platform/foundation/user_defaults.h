@@ -32,7 +32,7 @@ class MemoryDefaultsStorage final : public DefaultsStorage {
   PropertyList::Dictionary contents_;
 };
 
-// One suite of settings: stored values in front of registered defaults.
+// One suite of settings: stored values in front of registered defaults. Used on the main thread only.
 class NSUserDefaults {
  public:
   explicit NSUserDefaults(std::unique_ptr<DefaultsStorage> storage);
@@ -45,11 +45,11 @@ class NSUserDefaults {
   // Storing nothing removes the stored value.
   void setObject(std::optional<PropertyList> object, const String& key);
   void removeObjectForKey(const String& key);
-  // Adds defaults that are never written to the storage.
+  // Adds defaults that are never written to the storage; one of the same key is replaced. Sends nothing.
   void registerDefaults(const PropertyList::Dictionary& defaults);
   PropertyList::Dictionary dictionaryRepresentation() const;
 
-  // Sends the key of every stored value that is set or removed, after the change.
+  // Sends the key of every stored value that is set, to an equal one too, or removed, after the change.
   Publisher<String> changes() const { return changes_.publisher(); }
 
  private:
