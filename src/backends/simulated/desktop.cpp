@@ -121,7 +121,7 @@ Application::Application(Desktop& desktop, const String& applicationName, int pr
 
 void Application::copies(const String& text) { copies(ItemContent{{"public.utf8-plain-text", text}}); }
 
-void Application::copies(const ItemContent& item) { copies(std::vector{item}); }
+void Application::copies(const ItemContent& item) { copies(std::vector<ItemContent>{item}); }
 
 void Application::copies(const std::vector<ItemContent>& items) { desktop_.pasteboard().write(items); }
 
