@@ -1,0 +1,102 @@
+#include "capture/pasteboard.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <unordered_set>
+
+#include "backends/simulated/desktop.h"
+
+namespace tarnix {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using Names = std::vector<String>;
+
+Pasteboard::Item itemWith(const Names& types) {
+  simulated::ItemContent content;
+  for (const auto& type : types) content.emplace_back(type, std::nullopt);
+  return {std::make_shared<simulated::PasteboardItem>(content)};
+}
+
+Names filtered(const Names& types) {
+  Names names;
+  for (const auto& type : itemWith(types).filteredTypes()) names.push_back(type.rawValue);
+  return names;
+}
+
+TEST(Pasteboard, standsForFiveDifferentPasteboards) {
+  SimulatedDesktop desktop;
+  std::vector<const NSPasteboard*> found;
+  for (const auto pasteboard : Pasteboard::allCases()) found.push_back(pasteboard.nsPasteboard().get());
+  using Name = NSPasteboard::Name;
+  EXPECT_THAT(found, ElementsAre(&desktop.pasteboard(Name::general), &desktop.pasteboard(Name::drag),
+                                 &desktop.pasteboard(Name::find), &desktop.pasteboard(Name::font),
+                                 &desktop.pasteboard(Name::ruler)));
+}
+
+TEST(Pasteboard, readsItsItemsAfreshAndInOrder) {
+  SimulatedDesktop desktop;
+  const Pasteboard general = Pasteboard::general;
+  EXPECT_THAT(general.items(), IsEmpty());
+
+  desktop.app("files").copies({{{"public.file-url", "/a"}}, {{"public.file-url", "/b"}}});
+  const auto first = general.items();
+  ASSERT_EQ(first.size(), 2U);
+  EXPECT_EQ(first[1].rawValue->stringForType({"public.file-url"}), "/b");
+  EXPECT_EQ(first, general.items());
+
+  desktop.app("files").copies({{{"public.file-url", "/a"}}, {{"public.file-url", "/b"}}});
+  EXPECT_NE(first, general.items());
+
+  desktop.pasteboard().setUnreadable(true);
+  EXPECT_THAT(general.items(), IsEmpty());
+}
+
+TEST(PasteboardItem, hidesTypesThatOnlyRepeatOthers) {
+  const struct {
+    Names types;
+    Names kept;
+  } cases[] = {
+      {{}, {}},
+      {{"public.utf8-plain-text", "NSStringPboardType", "public.rtf"},
+       {"public.utf8-plain-text", "public.rtf"}},
+      {{"NSStringPboardType", "public.rtf", "public.utf8-plain-text"},
+       {"public.rtf", "public.utf8-plain-text"}},
+      {{"NSStringPboardType"}, {"NSStringPboardType"}},
+      {{"CorePasteboardFlavorType 0x75743136", "CorePasteboardFlavorType", "corePasteboardFlavorType"},
+       {"corePasteboardFlavorType"}},
+      {{"Apple URL pasteboard type", "public.file-url"}, {"public.file-url"}},
+      {{"Apple URL pasteboard type", "public.url"}, {"public.url"}},
+      {{"Apple URL pasteboard type", "public.png"}, {"Apple URL pasteboard type", "public.png"}},
+      {{"NSFilenamesPboardType", "public.url"}, {"NSFilenamesPboardType", "public.url"}},
+      {{"dyn.a", "nsstringpboardtype", "public.utf8-plain-text"},
+       {"dyn.a", "nsstringpboardtype", "public.utf8-plain-text"}},
+  };
+  for (const auto& [types, kept] : cases) EXPECT_EQ(filtered(types), kept);
+}
+
+TEST(PasteboardItem, hidesEachLegacyNameBesideItsModernOne) {
+  EXPECT_EQ(Pasteboard::legacyTypeMap().size(), 12U);
+  for (const auto& [legacy, modern] : Pasteboard::legacyTypeMap()) {
+    EXPECT_EQ(filtered({legacy.rawValue, modern.rawValue}), Names{modern.rawValue});
+    EXPECT_EQ(filtered({legacy.rawValue}), Names{legacy.rawValue});
+  }
+}
+
+TEST(PasteboardItem, pairsItsTypesWithItself) {
+  const auto item = itemWith({"public.rtf", "NSStringPboardType", "public.utf8-plain-text"});
+  const auto types = item.types();
+  EXPECT_THAT(types, ElementsAre(Pasteboard::Type_{item, {"public.rtf"}},
+                                 Pasteboard::Type_{item, {"public.utf8-plain-text"}}));
+  EXPECT_EQ(types[0].id(), std::to_string(item.id()) + "-public.rtf");
+
+  const Pasteboard::Type_ elsewhere{itemWith({"public.rtf"}), {"public.rtf"}};
+  const std::unordered_set<Pasteboard::Type_> distinct = {types[0], types[1], elsewhere, item.types()[0]};
+  EXPECT_EQ(distinct.size(), 3U);
+}
+
+}  // namespace
+}  // namespace tarnix
