@@ -1,0 +1,175 @@
+#!/usr/bin/env python3
+"""Checks what the build can't: which folder of src/ includes and calls what, and the words of all texts.
+
+Prints one line for each fault and fails when there is any. Usage: layering.py ROOT
+"""
+
+import pathlib
+import re
+import sys
+from typing import Iterator, NamedTuple
+
+STANDARD_HEADERS = set(
+    """
+    algorithm any array atomic bit bitset cassert cctype cerrno charconv chrono climits cmath compare concepts
+    condition_variable cstdarg cstddef cstdint cstdio cstdlib cstring ctime deque exception filesystem format
+    forward_list fstream functional future initializer_list iomanip ios iosfwd iostream istream iterator limits list
+    locale map memory memory_resource mutex new numbers numeric optional ostream queue random ranges ratio regex set
+    shared_mutex source_location span sstream stack stdexcept stop_token streambuf string string_view strstream
+    syncstream system_error thread tuple type_traits typeindex typeinfo unordered_map unordered_set utility valarray
+    variant vector version
+    """.split()
+)
+QT = re.compile(r"Q[A-Z]\w*(/.*)?|qt.*|private/q.*|qpa/.*", re.ASCII)
+XCB = re.compile(r"xcb/.*|X11/.*|xkbcommon/.*", re.ASCII)
+
+
+class Room(NamedTuple):
+    """A folder of src/: the folders it includes beside itself, and the libraries beside the standard one."""
+
+    includes: frozenset
+    libraries: str = "none"  # "none", "json" (in a source file), or "system" less what `excluded` matches.
+    excluded: tuple = ()
+    is_pure: bool = True  # No threads, clocks, environment, files or printing.
+
+
+def logic(*includes):
+    return Room(frozenset(includes))
+
+
+def backend(*excluded):
+    return Room(frozenset({"platform"}), "system", excluded, is_pure=False)
+
+
+ROOMS = {
+    "platform": Room(frozenset(), "json"),
+    "capture": logic("platform"),
+    "settings": logic("platform"),
+    "shortcuts": logic("platform"),
+    "detail": logic("platform", "capture", "settings"),
+    "history": logic("platform", "capture", "settings", "detail"),
+    "backends/simulated": Room(frozenset({"platform"})),
+    "backends/linux": backend(QT, XCB),
+    "backends/x11": backend(QT),
+    "backends/qt": backend(XCB),
+}
+# The one room that knows all others.
+UNRESTRICTED_ROOM = "app"
+
+IMPURE_HEADERS = {
+    "condition_variable", "cstdio", "ctime", "filesystem", "fstream", "future", "iomanip", "iostream", "mutex",
+    "shared_mutex", "stop_token", "syncstream", "thread",
+}
+IMPURE_CALLS = re.compile(
+    r"\b(getenv|system_clock|steady_clock|high_resolution_clock|printf|puts|putchar|cout|cerr|clog"
+    r"|this_thread|jthread|sleep_for|sleep_until)\b"
+)
+# The decoder reports what it can't decode; that is part of what it does.
+MAY_PRINT = {"src/capture/dynamic_type.cpp"}
+
+# Papers that readers of this repository do not have.
+UNKNOWN_PAPERS = re.compile(
+    r"\bspec\.md\b|\bthe\sspec\b|\bthe\sspecification\b|\bPart\s[1-5]\.[1-5]\b|\bstep\s\d+\sof\b|\border\sof\sbuilding\b",
+    re.IGNORECASE,
+)
+UNREAD_FOLDERS = {".git", "build", ".cache", "__pycache__"}
+
+
+def without_comments(source):
+    """The source with comments, characters and string literals blanked, line breaks kept."""
+    quoted = [rf"{quote}(?:\\.|[^{quote}\\\n])*{quote}" for quote in "'\""]
+    pattern = re.compile("|".join([r"//[^\n]*", r"/\*.*?\*/", r"(?<=\w)'(?=\w)", *quoted]), re.DOTALL)
+    return pattern.sub(lambda match: re.sub(r"[^\n]", " ", match.group()), source)
+
+
+def room_of(path):
+    """The room that a path below src/ lies in, or None."""
+    parts = path.split("/")
+    for length in (2, 1):
+        name = "/".join(parts[:length])
+        if len(parts) > length and (name in ROOMS or name == UNRESTRICTED_ROOM):
+            return name
+    return None
+
+
+def may_use_library(room, header, path):
+    if room.libraries == "json":
+        return header == "nlohmann/json.hpp" and path.endswith(".cpp")
+    return room.libraries == "system" and not any(pattern.fullmatch(header) for pattern in room.excluded)
+
+
+def include_fault(name, path, line):
+    """What is wrong with an include line of a file in room `name`, or None."""
+    room = ROOMS[name]
+    match = re.match(r'\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)', line)
+    if match is None:
+        return "includes what a macro names"
+    own, header = match.groups()
+    if own is not None:
+        target = room_of(own)
+        return None if target in room.includes | {name} else f'includes "{own}"'
+    if header in STANDARD_HEADERS:
+        is_allowed = not room.is_pure or header not in IMPURE_HEADERS
+        is_allowed = is_allowed or (header == "iostream" and path in MAY_PRINT)
+    else:
+        is_allowed = may_use_library(room, header, path)
+    return None if is_allowed else f"includes <{header}>"
+
+
+def source_faults(path, source) -> Iterator[str]:
+    """The faults of one file; `path` starts with src/."""
+    name = room_of(path.removeprefix("src/"))
+    if name is None:
+        yield f"{path}: lies in no known folder"
+        return
+    if name == UNRESTRICTED_ROOM:
+        return
+    for number, line in enumerate(source.splitlines(), start=1):
+        if re.match(r"\s*#\s*include", line):
+            fault = include_fault(name, path, line)
+            if fault:
+                yield f"{path}:{number}: src/{name} {fault}"
+    if not ROOMS[name].is_pure:
+        return
+    for number, line in enumerate(without_comments(source).splitlines(), start=1):
+        match = IMPURE_CALLS.search(line)
+        if match and path not in MAY_PRINT:
+            yield f"{path}:{number}: src/{name} uses {match.group()}"
+
+
+def text_faults(path, text) -> Iterator[str]:
+    for number, line in enumerate(text.splitlines(), start=1):
+        match = UNKNOWN_PAPERS.search(line)
+        if match:
+            yield f'{path}:{number}: speaks of "{match.group()}"'
+
+
+def files_below(root):
+    for path in sorted(root.rglob("*")):
+        relative = path.relative_to(root)
+        if path.is_file() and not UNREAD_FOLDERS.intersection(relative.parts):
+            yield relative.as_posix(), path
+
+
+def faults(root) -> Iterator[str]:
+    for relative, path in files_below(root):
+        try:
+            text = path.read_text(encoding="utf-8")
+        except UnicodeDecodeError:
+            continue
+        yield from text_faults(relative, text)
+        if relative.startswith("src/") and relative.endswith((".h", ".cpp")):
+            yield from source_faults(relative, text)
+
+
+def main():
+    root = pathlib.Path(sys.argv[1])
+    if not (root / "src").is_dir():
+        sys.exit(f"{root} holds no src/")
+    found = list(faults(root))
+    print("\n".join(found) if found else "No faults.")
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
