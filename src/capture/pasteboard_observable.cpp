@@ -57,11 +57,6 @@ std::optional<ContentsInfo> nextGeneration(const std::weak_ptr<NSPasteboard>& ob
 
 }  // namespace
 
-const NSPasteboard::PasteboardType& NSPasteboard::sourceType() {
-  static const PasteboardType type{"org.nspasteboard.source"};
-  return type;
-}
-
 Publisher<ContentsInfo> NSPasteboard::contentsInfoPublisher(const std::shared_ptr<NSPasteboard>& pasteboard) {
   const std::weak_ptr<NSPasteboard> observed = pasteboard;
   const auto isFirstEvent = std::make_shared<bool>(true);

@@ -6,7 +6,6 @@
 #include "history/substring_search.h"
 
 namespace tarnix {
-
 ClipHistory seedHistory(const Pasteboard& pasteboard) {
   const auto items = pasteboard.items();
   ClipHistory history;
@@ -30,9 +29,11 @@ FilteredClips::FilteredClips(const ClipHistory& history, const String& searchTex
   if (searchText.empty()) return;
   const SubstringSearch search(searchText);
   auto matches = std::make_shared<std::vector<std::uint32_t>>();
-  for (std::size_t i = history.size(); i-- > 0;) {
+  // Forwards, as memory is read fastest, and turned round at the end.
+  for (std::size_t i = 0; i < history.size(); ++i) {
     if (search.isIn(history[i].title)) matches->push_back(static_cast<std::uint32_t>(i));
   }
+  std::reverse(matches->begin(), matches->end());
   matches_ = std::move(matches);
 }
 

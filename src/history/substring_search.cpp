@@ -1,12 +1,15 @@
 #include "history/substring_search.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <numeric>
+#include <vector>
 
 namespace tarnix {
 namespace {
 
-constexpr std::size_t kBlock = 128;
+constexpr std::size_t kBlock = 256;
 
 // How common a byte is in text, from 0, in steps that matter for the choice.
 int commonness(char byte) {
@@ -15,48 +18,54 @@ int commonness(char byte) {
   return rank == std::string_view::npos ? 0 : static_cast<int>(rank) + 1;
 }
 
-// True when any of the block's places holds both bytes. Written so that compilers make vector code of it.
-bool mayBeIn(const char* first, const char* second, char firstByte, char secondByte) {
-  std::uint8_t hits = 0;
+// True when any of the block's places has all three bytes where they belong. Without a branch or a bit to
+// extract, so that compilers make vector code of it: the least of the differences is 0 just where a place
+// fits.
+bool mayBeIn(const char* first, const char* second, const char* third, char a, char b, char c) {
+  std::uint8_t least = 0xFF;
   for (std::size_t i = 0; i < kBlock; ++i) {
-    hits = static_cast<std::uint8_t>(hits | ((first[i] == firstByte) & (second[i] == secondByte)));
+    const auto difference = static_cast<std::uint8_t>((first[i] ^ a) | (second[i] ^ b) | (third[i] ^ c));
+    least = std::min(least, difference);
   }
-  return hits != 0;
+  return least == 0;
 }
 
 }  // namespace
 
 SubstringSearch::SubstringSearch(std::string_view sought) : sought_(sought) {
-  for (std::size_t i = 1; i < sought_.size(); ++i) {
-    if (commonness(sought_[i]) < commonness(sought_[first_])) first_ = i;
+  std::vector<std::size_t> offsets(std::max<std::size_t>(sought.size(), 1));
+  std::iota(offsets.begin(), offsets.end(), 0);
+  if (!sought.empty()) {
+    std::stable_sort(offsets.begin(), offsets.end(),
+                     [&](auto a, auto b) { return commonness(sought[a]) < commonness(sought[b]); });
   }
-  second_ = first_ == 0 && sought_.size() > 1 ? 1 : 0;
-  for (std::size_t i = 0; i < sought_.size(); ++i) {
-    if (i != first_ && commonness(sought_[i]) < commonness(sought_[second_])) second_ = i;
-  }
+  for (std::size_t i = 0; i < probes_.size(); ++i) probes_[i] = offsets[std::min(i, offsets.size() - 1)];
 }
 
 bool SubstringSearch::isIn(std::string_view text) const {
-  if (sought_.size() <= 1) return sought_.empty() || text.find(sought_.front()) != std::string_view::npos;
+  if (sought_.empty()) return true;
   if (text.size() < sought_.size()) return false;
   const std::size_t places = text.size() - sought_.size() + 1;
-  std::size_t place = 0;
-  for (; place + kBlock <= places; place += kBlock) {
-    const char* block = text.data() + place;
-    if (!mayBeIn(block + first_, block + second_, sought_[first_], sought_[second_])) continue;
-    if (isInTail(text.substr(0, place + kBlock + sought_.size() - 1), place)) return true;
+  if (places < kBlock) return isAtAnyOf(text, 0, places);
+  for (std::size_t place = 0; place + kBlock <= places; place += kBlock) {
+    if (isInBlock(text, place)) return true;
   }
-  return isInTail(text, place);
+  return isInBlock(text, places - kBlock);  // Overlaps the block before it rather than go byte by byte.
 }
 
-bool SubstringSearch::isInTail(std::string_view text, std::size_t from) const {
-  const char rarest = sought_[first_];
-  for (std::size_t at = from + first_; at + (sought_.size() - first_) <= text.size(); ++at) {
-    const void* hit = std::memchr(text.data() + at, rarest, text.size() - at);
+bool SubstringSearch::isInBlock(std::string_view text, std::size_t place) const {
+  const auto [a, b, c] = probes_;
+  const char* block = text.data() + place;
+  return mayBeIn(block + a, block + b, block + c, sought_[a], sought_[b], sought_[c]) &&
+         isAtAnyOf(text, place, place + kBlock);
+}
+
+bool SubstringSearch::isAtAnyOf(std::string_view text, std::size_t firstPlace, std::size_t lastPlace) const {
+  const std::size_t rarest = probes_[0];
+  for (std::size_t place = firstPlace; place < lastPlace; ++place) {
+    const void* hit = std::memchr(text.data() + place + rarest, sought_[rarest], lastPlace - place);
     if (hit == nullptr) return false;
-    at = static_cast<std::size_t>(static_cast<const char*>(hit) - text.data());
-    const std::size_t place = at - first_;
-    if (place + sought_.size() > text.size()) return false;
+    place = static_cast<std::size_t>(static_cast<const char*>(hit) - text.data()) - rarest;
     if (std::memcmp(text.data() + place, sought_.data(), sought_.size()) == 0) return true;
   }
   return false;
