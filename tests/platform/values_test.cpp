@@ -1,0 +1,118 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <unordered_set>
+
+#include "platform/foundation/url.h"
+#include "platform/foundation/ut_type.h"
+#include "platform/foundation/uuid.h"
+
+namespace tarnix {
+namespace {
+
+TEST(UUID, randomOnesAreOfVersionFourAndDiffer) {
+  std::unordered_set<UUID> seen;
+  for (int i = 0; i < 500; ++i) {
+    const UUID id = UUID::random();
+    EXPECT_EQ(id.bytes[6] >> 4, 4);
+    EXPECT_EQ(id.bytes[8] >> 6, 2);
+    EXPECT_TRUE(seen.insert(id).second);
+  }
+}
+
+TEST(UUID, writesUpperCaseAndReadsEitherCase) {
+  constexpr const char* kText = "00112233-4455-6677-8899-AABBCCDDEEFF";
+  const auto id = UUID::fromString("00112233-4455-6677-8899-aaBBccDDeeFF");
+  ASSERT_TRUE(id);
+  EXPECT_EQ(id->uuidString(), kText);
+  EXPECT_EQ(id->bytes[4], 0x44);
+  const UUID random = UUID::random();
+  EXPECT_EQ(UUID::fromString(random.uuidString()), random);
+}
+
+TEST(UUID, readsNothingElse) {
+  for (const char* text : {"", "00112233-4455-6677-8899-AABBCCDDEEF", "00112233-4455-6677-8899-AABBCCDDEEFF0",
+                           "001122334-455-6677-8899-AABBCCDDEEFF", "00112233-4455-6677-8899-AABBCCDDEEFG",
+                           "0011223344556677-8899-AABBCCDDEEFF--", "{0112233-4455-6677-8899-AABBCCDDEEF}",
+                           "00112233-4455-6677-8899-AABBCCDD-EFF"}) {
+    EXPECT_EQ(UUID::fromString(text), std::nullopt) << text;
+  }
+}
+
+TEST(URL, takesAPathAsItStandsButForTrailingSlashes) {
+  struct {
+    const char* given;
+    const char* path;
+    bool isDirectory;
+    const char* last;
+  } const cases[] = {
+      {"/a/b", "/a/b", false, "b"},
+      {"/a/b/", "/a/b", true, "b"},
+      {"/a/b//", "/a/b", true, "b"},
+      {"/", "/", true, "/"},
+      {"//", "/", true, "/"},
+      {"", "", false, ""},
+      {"name", "name", false, "name"},
+      {"/50%25 off", "/50%25 off", false, "50%25 off"},
+      {"file:///a/b", "file:///a/b", false, "b"},
+  };
+  for (const auto& [given, path, isDirectory, last] : cases) {
+    const URL url(given);
+    EXPECT_EQ(url.path(), path) << given;
+    EXPECT_EQ(url.hasDirectoryPath(), isDirectory) << given;
+    EXPECT_EQ(url.lastPathComponent(), last) << given;
+  }
+}
+
+TEST(URL, aHintOutweighsTheTrailingSlash) {
+  EXPECT_FALSE(URL("/a/", URL::DirectoryHint::notDirectory).hasDirectoryPath());
+  EXPECT_TRUE(URL("/a", URL::DirectoryHint::isDirectory).hasDirectoryPath());
+  EXPECT_EQ(URL("/a", URL::DirectoryHint::isDirectory), URL("/a/"));
+  EXPECT_NE(URL("/a"), URL("/a/"));
+}
+
+TEST(URL, joinsARelativePathToItsBase) {
+  const auto joined = [](const char* path, const char* base) {
+    return URL(path, URL::DirectoryHint::inferFromPath, URL(base)).path();
+  };
+  EXPECT_EQ(joined("b/c/", "/a"), "/a/b/c");
+  EXPECT_EQ(joined("b", "/"), "/b");
+  EXPECT_EQ(joined("/b", "/a"), "/b");
+  EXPECT_EQ(joined("", "/a"), "/a");
+}
+
+TEST(URL, sharesThePathItIsGiven) {
+  const String path("/a/b");
+  EXPECT_TRUE(URL(path).path().sharesBytesWith(path));
+}
+
+TEST(URL, deletesTheExtensionOfTheLastComponentOnly) {
+  struct {
+    const char* path;
+    const char* without;
+  } const cases[] = {
+      {"/a/b.tar.gz", "/a/b.tar"},
+      {"/a/.profile", "/a/.profile"},
+      {"/a/.profile.bak", "/a/.profile"},
+      {"/a.d/b", "/a.d/b"},
+      {"/a/b.", "/a/b."},
+      {"/a/..", "/a/.."},
+      {"/", "/"},
+      {"", ""},
+      {"b.txt", "b"},
+  };
+  for (const auto& [path, without] : cases) EXPECT_EQ(URL(path).deletingPathExtension().path(), without);
+  EXPECT_EQ(URL("/Apps/Editor.app/").deletingPathExtension(), URL("/Apps/Editor/"));
+}
+
+TEST(UTType, isNamedByWellFormedIdentifiersOnly) {
+  EXPECT_EQ(UTType::named("public.file-url"), UTType{"public.file-url"});
+  EXPECT_TRUE(UTType::named("dyn.ah62d4rv4gu8yq55t"));
+  for (const char* identifier : {"", "text/plain", "UTF8_STRING", "a b", "public.\xC3\xA4"}) {
+    EXPECT_FALSE(UTType::named(identifier)) << identifier;
+  }
+}
+
+}  // namespace
+}  // namespace tarnix
