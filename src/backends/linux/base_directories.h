@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <vector>
+
+// Where the session keeps what, by the XDG Base Directory Specification. A relative path in a variable is
+// ignored, as the specification asks.
+namespace tarnix::linux_desktop {
+
+// Gives the value of an environment variable, null when it is not set.
+using Environment = std::function<const char*(const char* name)>;
+
+// The file of the program's settings: `tarnix/settings.plist` in the configuration home. Absent when the
+// environment names no home.
+std::optional<std::filesystem::path> defaultSettingsFile(const Environment& environment = ::getenv);
+
+// The directories of desktop entries, the more important first. They need not exist.
+std::vector<std::filesystem::path> applicationDirectories(const Environment& environment = ::getenv);
+
+}  // namespace tarnix::linux_desktop

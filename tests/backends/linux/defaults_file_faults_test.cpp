@@ -1,0 +1,126 @@
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <functional>
+#include <random>
+#include <thread>
+
+#include "backends/linux/defaults_file.h"
+#include "backends/linux/temporary_directory.h"
+
+namespace tarnix::linux_desktop {
+namespace {
+
+using namespace std::chrono_literals;
+
+// A copy of this process that runs `body` and nothing behind it.
+class Child {
+ public:
+  explicit Child(const std::function<void()>& body) : pid_(::fork()) {
+    if (pid_ != 0) return;
+    body();
+    ::_exit(0);
+  }
+  void kill() const { ::kill(pid_, SIGKILL); }
+  int wait() const {
+    int status = 0;
+    EXPECT_EQ(::waitpid(pid_, &status, 0), pid_);
+    return status;
+  }
+
+ private:
+  pid_t pid_;
+};
+
+// Ends what the process may write to a file, as a full disk would.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t limit) : formerHandler_(::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &former_);
+    const rlimit lowered{limit, former_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &lowered);
+  }
+  ~FileSizeLimit() {
+    ::setrlimit(RLIMIT_FSIZE, &former_);
+    ::signal(SIGXFSZ, formerHandler_);
+  }
+
+ private:
+  rlimit former_{};
+  void (*formerHandler_)(int);
+};
+
+class DefaultsFileFaultsTest : public ::testing::Test {
+ protected:
+  TemporaryDirectory directory_;
+  std::filesystem::path file_ = directory_ / "settings.plist";
+};
+
+// Text that fills several disk blocks, so that a partial write would show.
+PropertyList generation(std::int64_t number) {
+  return {PropertyList::Array{{number}, {String(std::string(20'000, 'x'))}, {number}}};
+}
+
+TEST_F(DefaultsFileFaultsTest, aProcessKilledAtAnyMomentLeavesTheOldOrTheNew) {
+  FileDefaultsStorage(file_).setObject("generation", generation(0));
+  std::mt19937 random(1);
+  std::int64_t newest = 0;
+  const auto end = std::chrono::steady_clock::now() + 1s;
+  for (int round = 0; round < 60 && std::chrono::steady_clock::now() < end; ++round) {
+    const Child child([&] {
+      FileDefaultsStorage storage(file_);
+      for (std::int64_t number = newest;; ++number) storage.setObject("generation", generation(number));
+    });
+    std::this_thread::sleep_for(std::chrono::microseconds(1000 + random() % 15'000));
+    child.kill();
+    child.wait();
+    std::vector<StorageFailure> failures;
+    const FileDefaultsStorage storage(file_,
+                                      [&](const StorageFailure& failure) { failures.push_back(failure); });
+    ASSERT_THAT(failures, testing::IsEmpty());
+    const std::optional<PropertyList> found = storage.object("generation");
+    ASSERT_TRUE(found);
+    const std::int64_t number = *found->as<PropertyList::Array>()->front().as<std::int64_t>();
+    ASSERT_EQ(found, generation(number));
+    ASSERT_GE(number, newest);
+    newest = number;
+  }
+  EXPECT_GT(newest, 0);
+}
+
+TEST_F(DefaultsFileFaultsTest, twoProcessesThatWriteAtTheSameTimeLoseNothing) {
+  constexpr int kChanges = 200;
+  const auto writeAllOf = [&](const std::string& prefix) {
+    FileDefaultsStorage storage(file_);
+    for (int i = 0; i < kChanges; ++i) storage.setObject(prefix + std::to_string(i), {std::int64_t{i}});
+  };
+  const Child first([&] { writeAllOf("first"); }), second([&] { writeAllOf("second"); });
+  EXPECT_EQ(first.wait(), 0);
+  EXPECT_EQ(second.wait(), 0);
+  EXPECT_THAT(FileDefaultsStorage(file_).contents(), testing::SizeIs(2 * kChanges));
+}
+
+TEST_F(DefaultsFileFaultsTest, aFullDiskKeepsTheOldFileAndTheNewValue) {
+  std::vector<StorageFailure> failures;
+  FileDefaultsStorage storage(file_, [&](const StorageFailure& failure) { failures.push_back(failure); });
+  storage.setObject("generation", generation(1));
+  const std::string before = contentsOf(file_);
+  {
+    const FileSizeLimit limit(8000);
+    storage.setObject("generation", generation(2));
+    storage.setObject("other", {true});
+  }
+  EXPECT_THAT(failures, testing::ElementsAre(StorageFailure{StorageFailure::Kind::noSpace, EFBIG}));
+  EXPECT_EQ(contentsOf(file_), before);
+  EXPECT_EQ(storage.object("generation"), generation(2));
+  EXPECT_FALSE(std::filesystem::exists(file_.string() + ".new"));
+  storage.setObject("third", {true});
+  EXPECT_EQ(FileDefaultsStorage(file_).contents(), storage.contents());
+}
+
+}  // namespace
+}  // namespace tarnix::linux_desktop
