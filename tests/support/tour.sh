@@ -3,7 +3,7 @@
 # the window shows and saves a picture of it. Fails when the window does not show what was copied. The session
 # it makes is its own (display, message bus, home), so nothing of the user's is read or changed.
 #
-# Usage: tour.sh PROGRAM PICTURE [ARGUMENTS of the program]
+# Usage: tour.sh PROGRAM OWNER PICTURE [ARGUMENTS of PROGRAM]; OWNER is the scripted clipboard owner.
 set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -11,20 +11,22 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 # Starts this script once more in a session of its own.
 if [[ ${TARNIX_TOUR_HOME:-} == "" ]]; then
   program=$(realpath "$1")
-  picture=$(realpath -m "$2")
-  shift 2
+  owner=$(realpath "$2")
+  picture=$(realpath -m "$3")
+  shift 3
   home=$(mktemp -d)
   trap 'rm -rf "$home"' EXIT
   mkdir -m 700 "$home/runtime"
   env -i PATH="$PATH" LANG=C.UTF-8 HOME="$home" XDG_RUNTIME_DIR="$home/runtime" TARNIX_TOUR_HOME="$home" \
-    dbus-run-session -- bash "${BASH_SOURCE[0]}" "$program" "$picture" "$@" 3>&1 4>&2 >"$home/log" 2>&1
+    dbus-run-session -- bash "${BASH_SOURCE[0]}" "$program" "$owner" "$picture" "$@" 3>&1 4>&2 >"$home/log" 2>&1
   exit
 fi
 exec >&3 2>&4 3>&- 4>&- # What the message bus says stays in the log.
 
 program=$1
-picture=$2
-shift 2
+owner=$2
+picture=$3
+shift 3
 # Started by us, ended by us: the last one first, the display at the very end.
 started=()
 end_all() {
@@ -59,11 +61,9 @@ window_text() {
   /usr/bin/python3 "$here/window_text.py" --application "$(basename "$program")" "$@"
 }
 
-# Waits for the window to show a text: expect WHO TEXT.
-copied=()
+# Waits until the window shows a text: expect WHO TEXT.
 expect() {
   window_text --quiet --timeout 5 --until "$2" >/dev/null || give_up "The window does not show what $1 copied: $2"
-  copied+=("$2")
   echo "  $1 copied: $2"
 }
 
@@ -102,21 +102,47 @@ copy_with_gtk() {
   expect "a GTK program" "Three words, GTK"
 }
 
+copy_files_with_gtk() {
+  local name
+  mkdir "$HOME/papers"
+  for name in one two three; do echo "$name" >"$HOME/papers/$name.txt"; done
+  start /usr/bin/python3 "$here/gtk_copy.py" "$HOME"/papers/{one,two,three}.txt
+  expect "a GTK program" "$HOME/papers/one.txt"
+}
+
+# An owner that never finishes its answer keeps nobody from copying after it.
+copy_after_stall() {
+  start "$owner" incr-stall --text "A text that never arrives"
+  sleep 0.3 # The transfer has begun.
+  start "$owner" good --text "A copy made while another hangs"
+  expect "the scripted owner" "A copy made while another hangs"
+}
+
+copy_secret() {
+  start "$owner" secret --text "A password"
+  sleep 0.6 # Twice as long as any copy takes to show.
+  ! window_text | grep -q "A password" || give_up "The window shows what was marked as secret."
+  ! grep -q '^leaked' "$HOME/log" || give_up "What was marked as secret was read."
+  echo "  a password manager copied a secret, which was neither read nor shown"
+}
+
 open_screen
 start "$program" "$@"
 program_id=$!
 window_text --quiet --timeout 20 --until Active --until "Clear list" >/dev/null || give_up "The window did not open."
-echo "Programs copy, and the window shows:"
+echo "Programs copy, and the window shows it:"
 copy_with_xclip
 copy_with_xsel
 copy_with_xterm
 copy_with_zenity
+copy_files_with_gtk
+copy_after_stall
+copy_secret
 copy_with_gtk
 
 echo "The whole window:"
-until_arguments=()
-for text in "${copied[@]}"; do until_arguments+=(--until "$text"); done
-window_text "${until_arguments[@]}"
+window_text --until "A line from xclip" --until "Grüße from xsel" --until "A line selected in xterm" \
+  --until "A line typed into zenity" --until "A copy made while another hangs" --until "Three words, GTK"
 window=$(xdotool search --onlyvisible --pid "$program_id" | tail -n 1)
 xdotool windowactivate --sync "$window" 2>>"$HOME/log"
 sleep 0.3 # The last frame is drawn.
