@@ -10,8 +10,6 @@
 namespace tarnix {
 namespace {
 
-using Digits = std::unordered_map<std::string_view, unsigned>;
-
 constexpr std::string_view kDynamicPrefix = "dyn.";
 constexpr std::string_view kDecodablePrefix = "dyn.a";
 constexpr std::string_view kLegacyNameTag = "com.apple.nspboard-type";
@@ -45,15 +43,6 @@ std::string_view takeCharacter(std::string_view& text) {
   const auto character = text.substr(0, std::max<std::size_t>(1, utf8SequenceLength(text)));
   text.remove_prefix(character.size());
   return character;
-}
-
-Digits digitsOf(std::string_view alphabet) {
-  Digits digits;
-  while (!alphabet.empty()) {
-    const auto character = takeCharacter(alphabet);
-    digits.emplace(character, static_cast<unsigned>(digits.size()));
-  }
-  return digits;
 }
 
 // Empty pieces count.
@@ -108,16 +97,15 @@ const std::unordered_map<String, String>& dynamicTagTable() {
 }
 
 std::optional<std::string> dynamicTagDecode(std::string_view alphabet, std::string_view input) {
-  const auto digits = digitsOf(alphabet);
   BitPacker packer;
   while (!input.empty()) {
     const auto character = takeCharacter(input);
-    const auto digit = digits.find(character);
-    if (digit == digits.end()) {
+    const auto digit = alphabet.find(character);
+    if (digit == std::string_view::npos) {
       std::cout << "Found character not in alphabet: " << character << '\n';
       return std::nullopt;
     }
-    packer.append(digit->second);
+    packer.append(static_cast<unsigned>(digit));
   }
   if (packer.accumulator() == 0) return packer.takeBytes();
   std::cout << packer.pendingBits() << " leftover bits: " << packer.accumulator() << '\n';

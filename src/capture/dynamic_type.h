@@ -21,7 +21,7 @@ inline constexpr std::string_view dynamicTagAlphabet = "abcdefghkmnpqrstuvwxyz01
 const std::unordered_map<String, String>& dynamicTagTable();
 
 // The bytes that `input` encodes, five bits to a character. Absent, with a line on standard output that says
-// why, when a character is not in `alphabet` or bits that are not zero are left over.
+// why, when a character is not in `alphabet`, which is ASCII, or bits that are not zero are left over.
 std::optional<std::string> dynamicTagDecode(std::string_view alphabet, std::string_view input);
 
 // Tag values by tag name; empty for anything that is not a dynamic identifier or can't be read.
