@@ -1,0 +1,81 @@
+#include "backends/qt/application.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QPalette>
+#include <optional>
+
+#include "backends/qt/style.h"
+#include "backends/qt/termination_signals.h"
+#include "backends/qt/theme.h"
+
+namespace tarnix::qt {
+namespace {
+
+// Before the application object is made, so that no other style is ever loaded.
+int& prepared(int& argc) {
+  QApplication::setStyle(new Style);
+  QCoreApplication::setApplicationName(QStringLiteral("tarnix"));
+  QGuiApplication::setApplicationDisplayName(QStringLiteral("Tarnix"));
+  QGuiApplication::setDesktopFileName(QStringLiteral("tarnix"));
+  return argc;
+}
+
+// The desktop's own palette, without what we made of it, and whether its accent is its own choice.
+struct DesktopColors {
+  QPalette palette;
+  bool hasAccent;
+
+  DesktopColors() {
+    QApplication::setPalette(QPalette());
+    palette = QApplication::palette();
+    const auto accent = palette.color(QPalette::Active, QPalette::Highlight);
+    hasAccent =
+        accent != QApplication::style()->standardPalette().color(QPalette::Active, QPalette::Highlight);
+  }
+};
+
+}  // namespace
+
+// Follows the desktop: each change of its colours gives ours anew.
+struct Application::Impl : QObject {
+  Impl(int& argc, char** argv)
+      : application(prepared(argc), argv), termination([this] { application.quit(); }) {
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/tarnix/tarnix.svg")));
+    applyPalette();
+    application.installEventFilter(this);
+  }
+
+  void applyPalette() {
+    isApplying = true;
+    const DesktopColors desktop;
+    const ColorScheme scheme = forcedScheme.value_or(schemeOf(desktop.palette));
+    QApplication::setPalette(themePalette(desktop.palette, desktop.hasAccent, scheme));
+    isApplying = false;
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    // Sent to the windows once the platform has taken in the desktop's new theme.
+    if (event->type() == QEvent::ThemeChange && !isApplying) applyPalette();
+    return QObject::eventFilter(watched, event);
+  }
+
+  QApplication application;
+  TerminationSignals termination;
+  std::optional<ColorScheme> forcedScheme;
+  bool isApplying = false;
+};
+
+Application::Application(int& argc, char** argv) : impl_(std::make_unique<Impl>(argc, argv)) {}
+Application::~Application() = default;
+
+int Application::run() { return QApplication::exec(); }
+
+void Application::quit() { QCoreApplication::quit(); }
+
+void Application::setColorScheme(ColorScheme scheme) {
+  impl_->forcedScheme = scheme;
+  impl_->applyPalette();
+}
+
+}  // namespace tarnix::qt

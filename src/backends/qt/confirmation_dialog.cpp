@@ -1,0 +1,114 @@
+#include <QAbstractButton>
+#include <QMessageBox>
+#include <QPushButton>
+#include <algorithm>
+#include <vector>
+
+#include "backends/qt/kinds.h"
+#include "backends/qt/symbols.h"
+#include "backends/qt/text.h"
+
+namespace tarnix::qt {
+namespace {
+
+constexpr int kWarningSide = 40;
+
+QString titleOf(const Element& button) {
+  for (const Element& part : button.children) {
+    if (const auto* text = part.as<elements::Text>()) return toQString(text->text);
+    if (const auto* label = part.as<elements::Label>()) return toQString(label->title);
+  }
+  return {};
+}
+
+QMessageBox::ButtonRole messageRole(elements::ButtonRole role) {
+  switch (role) {
+    case elements::ButtonRole::cancel:
+      return QMessageBox::RejectRole;
+    case elements::ButtonRole::destructive:
+      return QMessageBox::DestructiveRole;
+    case elements::ButtonRole::none:
+      break;
+  }
+  return QMessageBox::AcceptRole;
+}
+
+// A dialog that keeps its window from input while it is open, and nothing else.
+class ConfirmationDialogPresenter : public Presenter {
+ public:
+  using Presenter::Presenter;
+  QWidget* widget() const override { return nullptr; }
+
+  void show(const Element& element) override {
+    element_ = &element;
+    const bool isWanted = dialog().isPresented.get();
+    if (isWanted && !box_) open();
+    if (!isWanted) box_.reset();
+  }
+
+ private:
+  const elements::ConfirmationDialog& dialog() const { return *element_->as<elements::ConfirmationDialog>(); }
+
+  void open() {
+    box_ = std::make_unique<QMessageBox>(rendering().window);
+    box_->setWindowModality(Qt::WindowModal);
+    box_->setTextFormat(Qt::PlainText);
+    box_->setText(toQString(dialog().title));
+    box_->setInformativeText(toQString(dialog().message));
+    const QColor warning = box_->palette().color(QPalette::BrightText);
+    box_->setIconPixmap(symbolPixmap(QStringLiteral("exclamationmark.triangle"), kWarningSide,
+                                     box_->devicePixelRatioF(), monochrome(warning)));
+    buttons_.clear();
+    for (const Element& child : element_->children) buttons_.push_back(addButton(child));
+    QObject::connect(box_.get(), &QMessageBox::finished, box_.get(), [this] { close(); });
+    box_->open();
+  }
+
+  QAbstractButton* addButton(const Element& child) {
+    const auto* content = child.as<elements::Button>();
+    if (content == nullptr) return nullptr;
+    QPushButton* const button = box_->addButton(titleOf(child), messageRole(content->role));
+    if (content->role == elements::ButtonRole::destructive) colorDestructive(*button);
+    if (content->role == elements::ButtonRole::cancel) {
+      box_->setDefaultButton(button);
+      box_->setEscapeButton(button);
+    }
+    return button;
+  }
+
+  static void colorDestructive(QPushButton& button) {
+    QPalette palette;
+    palette.setColor(QPalette::ButtonText, button.palette().color(QPalette::BrightText));
+    button.setPalette(palette);
+  }
+
+  // Runs once for each dialog, however it went.
+  void close() {
+    const auto clicked = std::ranges::find(buttons_, box_->clickedButton());
+    const auto position = static_cast<std::size_t>(clicked - buttons_.begin());
+    // Its signal is being sent.
+    box_.release()->deleteLater();
+    const auto keepsAlive = rendering().tree;
+    const Binding<bool> isPresented = dialog().isPresented;
+    if (position < buttons_.size()) choose(position);
+    isPresented.set(false);
+  }
+
+  void choose(std::size_t position) const {
+    if (position >= element_->children.size()) return;
+    const auto* button = element_->children[position].as<elements::Button>();
+    if (button != nullptr && button->action) button->action();
+  }
+
+  const Element* element_ = nullptr;
+  std::unique_ptr<QMessageBox> box_;
+  std::vector<QAbstractButton*> buttons_;  // By the position of their elements; owned by the dialog.
+};
+
+}  // namespace
+
+std::unique_ptr<Presenter> makeConfirmationDialog(Rendering& rendering, const Element& element) {
+  return make<ConfirmationDialogPresenter>(rendering, element);
+}
+
+}  // namespace tarnix::qt

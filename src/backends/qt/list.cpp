@@ -1,0 +1,96 @@
+#include <QVBoxLayout>
+
+#include "backends/qt/kinds.h"
+#include "backends/qt/list_model.h"
+#include "backends/qt/row_view.h"
+#include "backends/qt/search_field.h"
+#include "backends/qt/text.h"
+
+namespace tarnix::qt {
+namespace {
+
+constexpr QMargins kSearchMargins(12, 12, 12, 4);
+
+// The rows, and above them the field that searches them where there is one.
+class ListPresenter : public WidgetPresenter<QWidget> {
+ public:
+  explicit ListPresenter(Rendering& rendering)
+      : WidgetPresenter(rendering), rows_(std::make_unique<RowView>(model_)) {
+    auto* const layout = new QVBoxLayout(widget());
+    layout->setContentsMargins({});
+    layout->setSpacing(0);
+    layout->addWidget(rows_.get());
+    QObject::connect(rows_->selectionModel(), &QItemSelectionModel::selectionChanged, rows_.get(),
+                     [this] { pick(); });
+  }
+  // The view lets go of the model before the model goes.
+  ~ListPresenter() override { rows_.reset(); }
+
+  void show(const Element& element) override {
+    element_ = &element;
+    showSearch(element.modifier<modifiers::Searchable>());
+    isShowing_ = true;
+    model_.show(element.children);
+    showSelection();
+    isShowing_ = false;
+  }
+
+ private:
+  const elements::List& list() const { return *element_->as<elements::List>(); }
+
+  void showSelection() {
+    const std::optional<UUID> tag = list().selection.get();
+    rows_->selectRow(tag ? model_.rowOfTag(*tag) : std::nullopt, tag != shownTag_);
+    shownTag_ = tag;
+  }
+
+  // By the user: what is shown is not picked again.
+  void pick() {
+    const QModelIndex current = rows_->currentIndex();
+    if (isShowing_ || !rows_->selectionModel()->isSelected(current)) return;
+    const std::optional<UUID> tag = model_.content(current.row()).tag;
+    shownTag_ = tag;
+    if (tag) call(list().selection.set, tag);
+  }
+
+  void showSearch(const modifiers::Searchable* searchable) {
+    if (searchable == nullptr) {
+      search_.reset();
+      return;
+    }
+    searched_ = searchable->text;
+    if (!search_) addSearch();
+    const QString text = toQString(searched_.get());
+    if (search_->text() != text) search_->setText(text);
+  }
+
+  void addSearch() {
+    search_ = std::make_unique<SearchField>();
+    auto& layout = static_cast<QVBoxLayout&>(*widget()->layout());
+    auto* const place = new QHBoxLayout;
+    place->setContentsMargins(kSearchMargins);
+    place->addWidget(search_.get());
+    layout.insertLayout(0, place);
+    search_->setLeave([this] { rows_->setFocus(Qt::TabFocusReason); });
+    QObject::connect(search_.get(), &QLineEdit::textChanged, search_.get(), [this](const QString& text) {
+      const String searched = fromQString(text);
+      if (call(searched_.get) != searched) call(searched_.set, searched);
+    });
+  }
+
+  ListModel model_;
+  std::unique_ptr<RowView> rows_;
+  std::unique_ptr<SearchField> search_;
+  Binding<String> searched_;
+  const Element* element_ = nullptr;
+  std::optional<UUID> shownTag_;
+  bool isShowing_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Presenter> makeList(Rendering& rendering, const Element& element) {
+  return make<ListPresenter>(rendering, element);
+}
+
+}  // namespace tarnix::qt

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/swiftui/element.h"
+
+namespace tarnix::qt {
+
+// What is painted of a row.
+struct RowContent {
+  QString title;  // As long as `titleStart` makes it, line breaks and all.
+  QString symbol;
+  QString badge;
+  std::optional<UUID> tag;
+};
+
+// The rows of a list's sections, one after the other. A row is made when it is first asked for, so that a
+// list of any length costs what is seen of it. Rows are known by their position: a row that comes in front
+// changes what the others show and adds a row at the end.
+class ListModel : public QAbstractListModel {
+ public:
+  enum Role { symbolRole = Qt::UserRole, badgeRole };
+
+  // A line of the list: a header, or a row.
+  struct Line {
+    std::optional<int> row;
+    QString header;
+  };
+
+  // The elements stay valid until the next call.
+  void show(const std::vector<Element>& sections);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  // Display: the title on one line. Accessible text: the title; accessible description: the badge.
+  QVariant data(const QModelIndex& index, int role) const override;
+
+  const RowContent& content(int row) const;
+  std::optional<int> rowOfTag(const UUID& tag) const;
+
+  int lineCount() const;
+  Line lineAt(int line) const;
+  int lineOfRow(int row) const;
+  QString firstHeader() const;
+
+ private:
+  struct Block {
+    const elements::Section* section;
+    int firstRow;
+    int firstLine;
+    int headerLines() const { return section->header.empty() ? 0 : 1; }
+    int rowCount() const { return static_cast<int>(section->rowCount); }
+  };
+
+  void resize(int rowCount);
+  RowContent makeContent(int row) const;
+
+  std::vector<Block> blocks_;
+  int rowCount_ = 0;
+  mutable std::unordered_map<int, RowContent> made_;
+};
+
+}  // namespace tarnix::qt

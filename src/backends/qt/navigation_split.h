@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QSplitter>
+
+class QBoxLayout;
+class QLabel;
+
+namespace tarnix::qt {
+
+// Two columns with a hairline between them that can be dragged: the sidebar, and the detail column below a
+// bar with the title and the toolbar's items.
+class NavigationSplit : public QSplitter {
+ public:
+  explicit NavigationSplit(QWidget* parent = nullptr);
+
+  // Null leaves the column empty. The widgets stay their owners'.
+  void setSidebar(QWidget* content);
+  void setDetail(QWidget* content);
+  void setTitle(const QString& title);
+  void setToolbar(const std::vector<QWidget*>& leading, const std::vector<QWidget*>& trailing);
+  // The sidebar keeps its contents and its width while it is hidden.
+  void toggleSidebar();
+
+ protected:
+  QSplitterHandle* createHandle() override;
+
+ private:
+  QWidget* makeDetailColumn();
+
+  QWidget* sidebar_;
+  QBoxLayout* detail_ = nullptr;
+  QBoxLayout* leadingItems_ = nullptr;
+  QBoxLayout* trailingItems_ = nullptr;
+  QLabel* title_ = nullptr;
+};
+
+}  // namespace tarnix::qt

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QAbstractItemDelegate>
+
+namespace tarnix::qt {
+
+// Paints a row: the symbol in the accent, at most two lines of the title, the badge in a quiet pill; and the
+// rounded ground of the selected row.
+class RowDelegate : public QAbstractItemDelegate {
+ public:
+  using QAbstractItemDelegate::QAbstractItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  // For the width of the option's rectangle.
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+};
+
+}  // namespace tarnix::qt

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+#include "platform/foundation/string.h"
+
+namespace tarnix::qt {
+
+QString toQString(std::string_view text);
+String fromQString(const QString& text);
+
+// How much of a row's title is ever looked at, in UTF-16 units; a title may be as large as a clip.
+constexpr qsizetype kTitleLimit = 300;
+
+// The first `kTitleLimit` units of the text, cut between characters and closed with an ellipsis where more
+// follows. Characters that assistive tools cannot be told of are blanks.
+QString titleStart(std::string_view title);
+// A title on one line: control characters, with the blanks around them, are one blank; none is in front.
+QString singleLine(const QString& title);
+
+}  // namespace tarnix::qt

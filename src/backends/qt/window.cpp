@@ -1,0 +1,70 @@
+#include "backends/qt/window.h"
+
+#include <QEvent>
+#include <QVBoxLayout>
+#include <QWidget>
+#include <QWindow>
+
+#include "backends/qt/renderer.h"
+
+namespace tarnix::qt {
+namespace {
+
+constexpr QSize kDefaultSize(900, 600);
+constexpr QSize kMinimumSize(520, 340);
+
+}  // namespace
+
+struct Window::Impl : QWidget {
+  explicit Impl(ViewGraph& shown)
+      : graph(shown), renderer(*this, [this](QWidget* root) { placeRoot(root); }) {
+    setWindowTitle(QStringLiteral("Tarnix"));
+    setMinimumSize(kMinimumSize);
+    resize(kDefaultSize);
+    (new QVBoxLayout(this))->setContentsMargins({});
+    graph.setRender([this](const std::shared_ptr<const Element>& tree) { renderer.render(tree); });
+  }
+  ~Impl() override { graph.setRender({}); }
+
+  void placeRoot(QWidget* root) {
+    if (root == nullptr) return;
+    layout()->addWidget(root);
+    root->show();
+  }
+
+  // Being on another desktop, covered by the platform's account, or minimised is as good as hidden.
+  void tellVisibility() {
+    const bool isExposed = windowHandle() != nullptr && windowHandle()->isExposed();
+    graph.setVisible(isVisible() && isExposed && !isMinimized());
+  }
+
+  void showEvent(QShowEvent* event) override {
+    QWidget::showEvent(event);
+    windowHandle()->installEventFilter(this);
+  }
+
+  void hideEvent(QHideEvent* event) override {
+    QWidget::hideEvent(event);
+    tellVisibility();
+  }
+
+  void changeEvent(QEvent* event) override {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) tellVisibility();
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Expose) tellVisibility();
+    return QWidget::eventFilter(watched, event);
+  }
+
+  ViewGraph& graph;
+  Renderer renderer;
+};
+
+Window::Window(ViewGraph& graph) : impl_(std::make_unique<Impl>(graph)) {}
+Window::~Window() = default;
+
+void Window::show() { impl_->show(); }
+
+}  // namespace tarnix::qt
