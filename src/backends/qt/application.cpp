@@ -9,6 +9,10 @@
 #include "backends/qt/termination_signals.h"
 #include "backends/qt/theme.h"
 
+// In a static library the drawings are linked in, and known to the toolkit, only when asked for; outside any
+// namespace, as the toolkit's macro wants it.
+static void registerResources() { Q_INIT_RESOURCE(resources); }
+
 namespace tarnix::qt {
 namespace {
 
@@ -41,6 +45,7 @@ struct DesktopColors {
 struct Application::Impl : QObject {
   Impl(int& argc, char** argv)
       : application(prepared(argc), argv), termination([this] { application.quit(); }) {
+    registerResources();
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/tarnix/tarnix.svg")));
     applyPalette();
     application.installEventFilter(this);

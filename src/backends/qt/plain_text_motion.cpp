@@ -29,7 +29,8 @@ std::size_t horizontal(const TextFlow& flow, std::size_t offset, bool toRight, Q
 // The end of a row that is wrapped is the start of the next one, therefore the last place in it is the one
 // before its last character.
 std::size_t lastPlace(const PieceLayout& layout, TextRange row) {
-  if (row.end == layout.piece().end) return row.end;
+  const TextPiece& piece = layout.piece();
+  if (row.end == piece.end && piece.end != piece.next) return row.end;
   return std::max(row.begin, layout.previous(row.end, QTextLayout::SkipCharacters));
 }
 
