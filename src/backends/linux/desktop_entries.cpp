@@ -1,6 +1,9 @@
 #include "backends/linux/desktop_entries.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <chrono>
 #include <system_error>
 #include <tuple>
 #include <utility>
@@ -87,13 +90,38 @@ void DesktopEntries::refresh() {
   if (isScanned_ && !hasChanged) return;
   watch_.clear();
   missing_.clear();
-  slots_.clear();
-  byWindowClass_.clear();
-  byProgram_.clear();
+  Slots former = std::exchange(slots_, {});
   for (const path& directory : directories_)
     isThere(directory) ? scan(directory, "", 0) : missing_.push_back(directory);
+  keepWhatIsUnchanged(former);
   unread_ = slots_.begin();
   isScanned_ = true;
+}
+
+// A file that was written shortly before it was looked at may have been written again without a trace in its
+// stamp, since the clock of file systems is coarse.
+void DesktopEntries::keepWhatIsUnchanged(Slots& former) {
+  constexpr std::int64_t kCoarse = 1'000'000'000;
+  byWindowClass_.clear();
+  byProgram_.clear();
+  for (auto& [id, slot] : slots_) {
+    const auto known = former.find(id);
+    const bool isSame = known != former.end() && known->second.isRead && known->second.file == slot.file &&
+                        known->second.stamp == slot.stamp && slot.stamp.changed < scanTime_ - kCoarse;
+    if (!isSame) continue;
+    slot = std::move(known->second);
+    if (slot.entry) index(slot.entry);
+  }
+  scanTime_ = std::chrono::nanoseconds(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+DesktopEntries::Stamp DesktopEntries::stampOf(const path& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) != 0) return {};
+  return {.device = status.st_dev,
+          .number = status.st_ino,
+          .size = status.st_size,
+          .changed = status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec};
 }
 
 // Watches before it looks, so that what changes meanwhile is seen at the next question.
@@ -105,7 +133,8 @@ void DesktopEntries::scan(const path& directory, const std::string& prefix, int 
     if (name.ends_with(kSuffix)) {
       if (slots_.size() == kCountLimit) return;
       const std::string id = prefix + std::string(withoutSuffix(name));
-      slots_.try_emplace(id, Slot{.file = item.path(), .isRead = false, .entry = nullptr});
+      slots_.try_emplace(
+          id, Slot{.file = item.path(), .stamp = stampOf(item.path()), .isRead = false, .entry = nullptr});
     } else if (depth < kDepthLimit && item.is_directory(error)) {
       scan(item.path(), prefix + name + "-", depth + 1);
     }
@@ -131,6 +160,15 @@ void DesktopEntries::index(const Entry& entry) {
   if (!program.empty()) byProgram_.emplace(program, entry);
   // An interpreter that is tried for says nothing about the program.
   if (!tried.empty() && tried != program && !isInterpreter(tried)) byProgram_.emplace(tried, entry);
+}
+
+void readAheadInTurns(RunLoop& loop, const std::shared_ptr<DesktopEntries>& entries) {
+  constexpr auto kPause = std::chrono::milliseconds(10);
+  constexpr std::size_t kCount = 8;
+  loop.performAfter(kPause, [&loop, weak = std::weak_ptr(entries)] {
+    const std::shared_ptr<DesktopEntries> held = weak.lock();
+    if (held && !held->readAhead(kCount)) readAheadInTurns(loop, held);
+  });
 }
 
 }  // namespace tarnix::linux_desktop

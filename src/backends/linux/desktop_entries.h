@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -10,6 +11,7 @@
 
 #include "backends/linux/desktop_entry.h"
 #include "backends/linux/directory_watch.h"
+#include "platform/foundation/run_loop.h"
 
 namespace tarnix::linux_desktop {
 
@@ -40,15 +42,25 @@ class DesktopEntries {
   bool readAhead(std::size_t count);
 
  private:
+  // Tells whether a file is still what it was.
+  struct Stamp {
+    std::uint64_t device = 0, number = 0;
+    std::int64_t size = 0, changed = 0;  // Bytes; nanoseconds since 1970.
+    friend bool operator==(const Stamp&, const Stamp&) = default;
+  };
   struct Slot {
     std::filesystem::path file;
+    Stamp stamp;
     bool isRead = false;
     Entry entry;
   };
+  using Slots = std::map<std::string, Slot, std::less<>>;  // By id without ".desktop".
   using Index = std::multimap<std::string, Entry, std::less<>>;
 
+  static Stamp stampOf(const std::filesystem::path& file);
   void refresh();
   void scan(const std::filesystem::path& directory, const std::string& prefix, int depth);
+  void keepWhatIsUnchanged(Slots& former);
   const Entry& read(const std::string& id, Slot& slot);
   void index(const Entry& entry);
   std::vector<Entry> allIn(const Index& index, std::string_view name);
@@ -58,10 +70,14 @@ class DesktopEntries {
   std::vector<std::string> locales_;
   DirectoryWatch watch_;
   bool isScanned_ = false;
-  std::map<std::string, Slot, std::less<>> slots_;                              // By id without ".desktop".
-  std::map<std::string, Slot, std::less<>>::iterator unread_ = slots_.begin();  // All before it are read.
+  std::int64_t scanTime_ = 0;  // Nanoseconds since 1970.
+  Slots slots_;
+  Slots::iterator unread_ = slots_.begin();  // All before it are read.
   Index byWindowClass_;
   Index byProgram_;
 };
+
+// Reads all entries ahead, a few in each turn of the loop, for as long as somebody else holds them.
+void readAheadInTurns(RunLoop& loop, const std::shared_ptr<DesktopEntries>& entries);
 
 }  // namespace tarnix::linux_desktop

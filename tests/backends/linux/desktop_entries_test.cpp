@@ -184,6 +184,39 @@ TEST_F(DesktopEntriesTest, readsAheadInPieces) {
   EXPECT_THAT(entries_.withProgram("p"), ::testing::SizeIs(5));
 }
 
+TEST_F(DesktopEntriesTest, aChangeElsewhereLeavesOldEntriesAsTheyAre) {
+  for (const char* const id : {"a", "b"}) {
+    write("own/" + std::string(id) + ".desktop", "Name=A\nExec=p\nStartupWMClass=C\n");
+    std::filesystem::last_write_time(directory_ / ("own/" + std::string(id) + ".desktop"),
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+  }
+  const auto entry = entries_.withWindowClass("C");
+  write("own/b.desktop", "Name=B\nExec=p\n");
+  EXPECT_EQ(entries_.withWindowClass("C"), entry);
+  EXPECT_THAT(entries_.withProgram("p"), ::testing::SizeIs(2));
+  EXPECT_EQ(nameOf("b"), "B");
+}
+
+TEST(DesktopEntriesTurns, readAllAheadWithoutHoldingThem) {
+  const TemporaryDirectory directory;
+  for (int i = 0; i < 20; ++i) {
+    writeFile(directory / (std::to_string(i) + ".desktop"), entryText("Name=n\nExec=p\n"));
+  }
+  RunLoop::Instant now{0};
+  RunLoop loop([&] { return now; });
+  auto entries = std::make_shared<DesktopEntries>(std::vector{directory.path()}, std::vector<std::string>());
+  readAheadInTurns(loop, entries);
+  int turns = 0;
+  for (; loop.nextDue(); ++turns, loop.runDue()) now = *loop.nextDue();
+  EXPECT_GT(turns, 1);
+  EXPECT_TRUE(entries->readAhead(0));
+  readAheadInTurns(loop, entries);
+  entries.reset();
+  now = loop.nextDue().value_or(now);
+  loop.runDue();
+  EXPECT_EQ(loop.nextDue(), std::nullopt);
+}
+
 TEST_F(DesktopEntriesTest, strangeFilesNeitherHangNorLoop) {
   write("own/good.desktop", "Name=Good\n");
   std::filesystem::create_directory_symlink(".", directory_ / "own/circle");
