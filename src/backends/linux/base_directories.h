@@ -7,7 +7,7 @@
 #include <vector>
 
 // Where the session keeps what, by the XDG Base Directory Specification. A relative path in a variable is
-// ignored, as the specification asks.
+// ignored, as it asks.
 namespace tarnix::linux_desktop {
 
 // Gives the value of an environment variable, null when it is not set.
