@@ -59,4 +59,8 @@ void XServer::kill() {
   process_ = -1;
 }
 
+void XServer::pause() { ::kill(process_, SIGSTOP); }
+
+void XServer::resume() { ::kill(process_, SIGCONT); }
+
 }  // namespace tarnix::x11::testing

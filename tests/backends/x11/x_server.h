@@ -17,6 +17,9 @@ class XServer {
   const std::string& display() const { return display_; }
   // Ends the server at once, as if it had crashed.
   void kill();
+  // Holds the server still, as if the machine were busy with something else.
+  void pause();
+  void resume();
 
  private:
   pid_t process_ = -1;
