@@ -164,6 +164,7 @@ void ViewGraph::evaluate() {
   for (auto& entry : watches_) std::erase_if(entry.second, [](const Watch& watch) { return !watch.isInUse; });
   std::erase_if(watches_, [](const auto& entry) { return entry.second.empty(); });
   if (render_) render_(tree_);
+  evaluated_.send({});
 }
 
 }  // namespace tarnix

@@ -26,6 +26,8 @@ class ViewGraph {
   // Called with the tree at once and after each evaluation.
   void setRender(Render render);
   const std::shared_ptr<const Element>& tree() const { return tree_; }
+  // Sends after each evaluation, once it is rendered.
+  Publisher<Void> evaluations() const { return evaluated_.publisher(); }
 
   // While invisible, watched values are looked at as ever, but no view is evaluated; becoming visible makes
   // up for it.
@@ -59,6 +61,7 @@ class ViewGraph {
   std::map<Path, std::vector<Watch>> watches_;
   std::shared_ptr<const Element> tree_;
   Render render_;
+  Subject<Void> evaluated_;
   bool isVisible_ = true;
   bool isDirty_ = false;
   bool isTurnScheduled_ = false;

@@ -1,0 +1,78 @@
+#include "app/session_platform.h"
+
+#include <cstring>
+#include <iostream>
+#include <string_view>
+#include <utility>
+
+#include "app/absent.h"
+#include "backends/linux/base_directories.h"
+#include "backends/linux/defaults_file.h"
+#include "backends/linux/desktop_entries.h"
+#include "backends/linux/poll_driver.h"
+#include "backends/linux/workspace.h"
+#include "backends/x11/pasteboard.h"
+#include "backends/x11/screens.h"
+#include "backends/x11/window_server.h"
+
+namespace tarnix {
+namespace {
+
+std::string_view reasonOf(linux_desktop::StorageFailure::Kind kind) {
+  using Kind = linux_desktop::StorageFailure::Kind;
+  switch (kind) {
+    case Kind::unreachable: return "their directory can't be made";
+    case Kind::foreignOwner: return "their file belongs to another user";
+    case Kind::notAFile: return "something else lies in the place of their file";
+    case Kind::unreadable: return "their file can't be read";
+    case Kind::busy: return "another program holds their file";
+    case Kind::noSpace: return "the disk is full";
+    case Kind::unwritable: return "their file can't be written";
+    case Kind::damaged: return "their file was damaged and was set aside";
+    case Kind::unrepresentable: return "a value has no form in their file";
+    case Kind::tooLarge: return "a value is too large for their file";
+  }
+  return "unknown";
+}
+
+void reportSettingsFailure(const linux_desktop::StorageFailure& failure) {
+  std::cerr << "tarnix: settings: " << reasonOf(failure.kind);
+  if (failure.systemError != 0) std::cerr << " (" << std::strerror(failure.systemError) << ')';
+  std::cerr << std::endl;
+}
+
+// Settings live for the run only where the environment names no home.
+std::unique_ptr<DefaultsStorage> settingsStorage() {
+  const auto file = linux_desktop::defaultSettingsFile();
+  if (!file) return std::make_unique<MemoryDefaultsStorage>();
+  return std::make_unique<linux_desktop::FileDefaultsStorage>(*file, reportSettingsFailure);
+}
+
+std::shared_ptr<NSWorkspace> workspaceOf(const std::shared_ptr<x11::WindowServer>& windows) {
+  auto entries = std::make_shared<linux_desktop::DesktopEntries>(linux_desktop::applicationDirectories(),
+                                                                 linux_desktop::localeNames(linux_desktop::messageLocale()));
+  const auto classesOf = [windows](int process) {
+    std::vector<linux_desktop::WindowClass> classes;
+    for (const auto& each : windows->windowClasses(process)) classes.push_back({each.instance, each.className});
+    return classes;
+  };
+  return std::make_shared<linux_desktop::Workspace>(
+      std::move(entries), [windows] { return windows->frontmostProcess(); }, classesOf);
+}
+
+}  // namespace
+
+Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop) {
+  Platform platform;
+  platform.mainRunLoop = std::move(loop);
+  platform.wallClock = linux_desktop::wallClockNow;
+  platform.pasteboards.fill(std::make_shared<AbsentPasteboard>());
+  platform.pasteboards[static_cast<std::size_t>(NSPasteboard::Name::general)] = session.pasteboard();
+  platform.workspace = workspaceOf(session.windowServer());
+  platform.windowServer = session.windowServer();
+  platform.screens = session.screens();
+  platform.standardUserDefaults = std::make_shared<NSUserDefaults>(settingsStorage());
+  return platform;
+}
+
+}  // namespace tarnix
