@@ -9,8 +9,7 @@
 
 namespace tarnix::linux_desktop {
 
-// The two names that a window carries (WM_CLASS, Inter-Client Communication Conventions Manual,
-// section 4.1.2.5).
+// The two names that a window carries (WM_CLASS, ICCCM section 4.1.2.5).
 struct WindowClass {
   std::string instance;
   std::string className;
@@ -20,19 +19,16 @@ struct WindowClass {
 
 // The desktop entry of a process, by the best evidence there is: the sandbox that it runs in, its snap, the
 // classes of its windows, the unit that the session manager started it in, the launcher's note for it, the
-// program that it runs, and last a hint that it may have inherited. Null when nothing fits an installed
-// entry.
+// program that it runs, and last a hint that it may have inherited. Null when no installed entry fits.
 DesktopEntries::Entry findApplication(DesktopEntries& entries, const ProcessInfo& process,
                                       const std::vector<WindowClass>& windows = {});
 
-// The application ids that the name of a unit may stand for, the longest first:
-// `app[-LAUNCHER]-ID-RANDOM.scope` or
-// `.slice`, `app[-LAUNCHER]-ID[@RANDOM].service`, and the form of D-Bus activation,
+// The application ids that the name of a unit may stand for, the longest first. Units are named
+// `app[-LAUNCHER]-ID-RANDOM.scope` or `.slice`, `app[-LAUNCHER]-ID[@RANDOM].service`, and by D-Bus activation
 // `dbus-NAME-ID@RANDOM.service`. None for other units.
 std::vector<std::string> applicationIdsOfUnit(std::string_view unit);
 
-// The desktop entry ids (`SNAP_APP`) that a unit named `snap.SNAP.APP...` may stand for. None for other
-// units.
+// The desktop entry ids (`SNAP_APP`) that a unit named `snap.SNAP.APP...` may stand for. None for others.
 std::vector<std::string> applicationIdsOfSnap(std::string_view unit);
 
 }  // namespace tarnix::linux_desktop

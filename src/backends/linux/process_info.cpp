@@ -8,6 +8,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "backends/linux/file_descriptor.h"
 #include "backends/linux/key_file.h"
 
 namespace tarnix::linux_desktop {

@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "backends/linux/file_descriptor.h"
-
 namespace tarnix::linux_desktop {
 
 inline constexpr std::size_t kCommandNameLimit = 15;  // Bytes.
@@ -17,12 +15,11 @@ inline constexpr std::size_t kCommandNameLimit = 15;  // Bytes.
 // users' processes and those that hide from debuggers, is empty.
 struct ProcessInfo {
   int processIdentifier = 0;
-  std::uint64_t startTime =
-      0;                    // Clock ticks since the machine's start; tells apart processes of one identifier.
-  std::string commandName;  // Cut at the limit.
-  std::string executable;   // The absolute path, without a mark when the file was replaced since.
+  std::uint64_t startTime = 0;  // Clock ticks since the machine's start.
+  std::string commandName;      // Cut at the limit.
+  std::string executable;       // The absolute path, without a mark when the file was replaced since.
   std::vector<std::string> arguments;
-  std::vector<std::string> controlGroups;  // The paths of those hierarchies that session managers use.
+  std::vector<std::string> controlGroups;  // The paths in the hierarchies that session managers use.
   std::string sandboxApplication;          // The Flatpak application that it runs inside.
   std::string launchedEntry;  // The desktop entry file that a launcher started this very process for.
   std::string hintedEntry;    // As a launcher noted for the process or for one it descends from.
