@@ -53,7 +53,8 @@ int runWindow(qt::Application& application, x11::Session& session, RunLoop& loop
 
 int run(int argc, char** argv) {
   const auto loop = std::make_shared<RunLoop>(linux_desktop::steadyClock());
-  // Opened before the toolkit, which would end the program by itself; the first look at the clipboard goes on meanwhile.
+  // Opened before the toolkit, which would end the program by itself; the first look at the clipboard goes on
+  // meanwhile.
   auto session = x11::Session::open("", *loop);
   if (!session) {
     say(session.error().detail + ". Tarnix needs an X11 session; is DISPLAY set?");

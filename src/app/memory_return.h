@@ -5,8 +5,8 @@
 
 namespace tarnix {
 
-// Gives memory back to the system when the history has become much smaller, as after its clearing: the allocator would
-// keep it for itself. The view and the graph that shows it are borrowed.
+// Gives memory back to the system when the history has become much smaller, as after its clearing: the
+// allocator would keep it for itself. The view and the graph that shows it are borrowed.
 class MemoryReturn {
  public:
   MemoryReturn(const ContentView& view, const ViewGraph& graph, RunLoop& loop);

@@ -9,10 +9,9 @@ std::optional<std::string> answerCommandLine(int argc, const char* const* argv) 
     const std::string_view argument = argv[i];
     if (argument == "--version") return "tarnix " TARNIX_VERSION "\n";
     if (argument == "--help" || argument == "-h") {
-      return
-          "Usage: tarnix [--help] [--version]\n"
-          "Watches the clipboard and shows what was copied since the start, newest first.\n"
-          "The history stays in memory and ends with the program.\n";
+      return "Usage: tarnix [--help] [--version]\n"
+             "Watches the clipboard and shows what was copied since the start, newest first.\n"
+             "The history stays in memory and ends with the program.\n";
     }
   }
   return std::nullopt;

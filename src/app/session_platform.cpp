@@ -21,16 +21,26 @@ namespace {
 std::string_view reasonOf(linux_desktop::StorageFailure::Kind kind) {
   using Kind = linux_desktop::StorageFailure::Kind;
   switch (kind) {
-    case Kind::unreachable: return "their directory can't be made";
-    case Kind::foreignOwner: return "their file belongs to another user";
-    case Kind::notAFile: return "something else lies in the place of their file";
-    case Kind::unreadable: return "their file can't be read";
-    case Kind::busy: return "another program holds their file";
-    case Kind::noSpace: return "the disk is full";
-    case Kind::unwritable: return "their file can't be written";
-    case Kind::damaged: return "their file was damaged and was set aside";
-    case Kind::unrepresentable: return "a value has no form in their file";
-    case Kind::tooLarge: return "a value is too large for their file";
+    case Kind::unreachable:
+      return "their directory can't be made";
+    case Kind::foreignOwner:
+      return "their file belongs to another user";
+    case Kind::notAFile:
+      return "something else lies in the place of their file";
+    case Kind::unreadable:
+      return "their file can't be read";
+    case Kind::busy:
+      return "another program holds their file";
+    case Kind::noSpace:
+      return "the disk is full";
+    case Kind::unwritable:
+      return "their file can't be written";
+    case Kind::damaged:
+      return "their file was damaged and was set aside";
+    case Kind::unrepresentable:
+      return "a value has no form in their file";
+    case Kind::tooLarge:
+      return "a value is too large for their file";
   }
   return "unknown";
 }
@@ -48,12 +58,14 @@ std::unique_ptr<DefaultsStorage> settingsStorage() {
   return std::make_unique<linux_desktop::FileDefaultsStorage>(*file, reportSettingsFailure);
 }
 
-std::shared_ptr<NSWorkspace> workspaceOf(const std::shared_ptr<x11::WindowServer>& windows) {
-  auto entries = std::make_shared<linux_desktop::DesktopEntries>(linux_desktop::applicationDirectories(),
-                                                                 linux_desktop::localeNames(linux_desktop::messageLocale()));
+std::shared_ptr<NSWorkspace> workspaceOf(const std::shared_ptr<x11::WindowServer>& windows, RunLoop& loop) {
+  auto entries = std::make_shared<linux_desktop::DesktopEntries>(
+      linux_desktop::applicationDirectories(), linux_desktop::localeNames(linux_desktop::messageLocale()));
+  linux_desktop::readAheadInTurns(loop, entries);  // So that no copy has to wait for the disk.
   const auto classesOf = [windows](int process) {
     std::vector<linux_desktop::WindowClass> classes;
-    for (const auto& each : windows->windowClasses(process)) classes.push_back({each.instance, each.className});
+    for (const auto& each : windows->windowClasses(process))
+      classes.push_back({each.instance, each.className});
     return classes;
   };
   return std::make_shared<linux_desktop::Workspace>(
@@ -68,7 +80,7 @@ Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop) {
   platform.wallClock = linux_desktop::wallClockNow;
   platform.pasteboards.fill(std::make_shared<AbsentPasteboard>());
   platform.pasteboards[static_cast<std::size_t>(NSPasteboard::Name::general)] = session.pasteboard();
-  platform.workspace = workspaceOf(session.windowServer());
+  platform.workspace = workspaceOf(session.windowServer(), *platform.mainRunLoop);
   platform.windowServer = session.windowServer();
   platform.screens = session.screens();
   platform.standardUserDefaults = std::make_shared<NSUserDefaults>(settingsStorage());

@@ -7,8 +7,8 @@
 
 namespace tarnix {
 
-// The platform of an X11 session on Linux: clipboard, windows and screens from the X server, programs and settings from the
-// local system. Failures of the settings file are told on standard error, each once.
+// The platform of an X11 session on Linux: clipboard, windows and screens from the X server, programs and
+// settings from the local system. Failures of the settings file are told on standard error, each once.
 Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop);
 
 }  // namespace tarnix
