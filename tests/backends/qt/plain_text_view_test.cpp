@@ -156,6 +156,9 @@ TEST_F(PlainTextViewTest, shiftAndArrowsSelectByCharactersWordsAndRows) {
   EXPECT_EQ(view.cursor(), source.size() - 2) << "a label is one character";
   press(Qt::Key_Left, Qt::ShiftModifier);
   EXPECT_EQ(view.cursor(), source.size() - 3);
+  press(Qt::Key_Right, Qt::ShiftModifier);
+  press(Qt::Key_Right, Qt::ShiftModifier);
+  EXPECT_EQ(view.cursor(), source.size() - 1);
   press(Qt::Key_Home, Qt::ShiftModifier | Qt::ControlModifier);
   EXPECT_TRUE(view.selection().isEmpty());
 }
@@ -334,6 +337,17 @@ TEST_F(PlainTextViewTest, noTurnLaysOutMoreThanAFewScreensOfAHugeText) {
     view.resize(view.width() == 420 ? 500 : 420, 300);
     endTurn();
   }
+}
+
+TEST_F(PlainTextViewTest, whatIsInSightIsLaidOutOnce) {
+  view.setText(String(numberedLines(1000)));
+  view.viewport()->repaint();
+  const std::size_t before = view.laidOutBytes();
+  view.select(3, 40);
+  view.viewport()->repaint();
+  wheel(-120);
+  wheel(120);
+  EXPECT_LE(view.laidOutBytes() - before, 100u) << "the rows that come into sight";
 }
 
 TEST_F(PlainTextViewTest, positionsOfAHugeTextAreCountedInSlicesOnceSomebodyAsks) {
