@@ -134,26 +134,38 @@ Connection::Subscription Connection::onEvent(int type, EventHandler handler) {
 }
 
 void Connection::flushSoon() {
-  if (isOpen_ && !turn_) continueSoon();
+  if (isOpen_ && !isProcessing_ && !turn_) continueSoon();
 }
 
 void Connection::continueSoon() {
-  turn_ = loop_.scheduleOnce(0ns, [this] {
-    turn_.cancel();
-    process();
-  });
+  turn_ = loop_.scheduleOnce(0ns, [this] { process(); });
 }
 
 void Connection::process() {
   const RunLoop::Instant end = loop_.now() + kTurnBudget;
   bool isOver = false;
+  isProcessing_ = true;
   for (bool didAny = true; didAny && !isOver && isOpen_;) {
     // XCB may read while it writes, so what was received is looked at after each flush.
     xcb_flush(xcb());
     for (didAny = false; !isOver && processOne(); isOver = loop_.now() >= end) didAny = true;
     if (xcb_connection_has_error(xcb())) noteLoss();
   }
-  if (isOver && isOpen_) continueSoon();
+  isProcessing_ = false;
+  if (!isOpen_) return;
+  turn_.cancel();
+  if (isOver) continueSoon();
+}
+
+bool Connection::processUntil(const std::function<bool()>& condition, RunLoop::Duration limit) {
+  const RunLoop::Instant deadline = loop_.now() + limit;
+  while (!condition()) {
+    if (!isOpen_) return false;
+    process();
+    if (turn_ || condition()) continue;
+    if (!waitForInput(descriptor(), deadline - loop_.now())) return false;
+  }
+  return true;
 }
 
 bool Connection::processOne() {

@@ -58,6 +58,9 @@ class Connection {
   void flushSoon();
   // Does now what the loop does when the server has sent something.
   void process();
+  // Goes on with that alone, and with nothing else of the loop, until `condition` holds. For the program's
+  // start and end, which may wait. False when it does not hold within `limit`.
+  bool processUntil(const std::function<bool()>& condition, RunLoop::Duration limit);
 
   // Called once, in a turn of its own, when the server is gone. Everything above then does nothing.
   void setClosed(std::function<void()> closed) { closed_ = std::move(closed); }
@@ -102,6 +105,7 @@ class Connection {
   Atoms atoms_;
   std::size_t maximumRequestSize_ = 0;
   bool isOpen_ = true;
+  bool isProcessing_ = false;
   std::function<void()> closed_;
   std::deque<Awaited> awaited_;
   std::map<int, std::vector<std::weak_ptr<EventHandler>>> handlers_;

@@ -10,9 +10,11 @@
 namespace tarnix::x11 {
 
 class Pasteboard;
+class ScreenList;
+class WindowServer;
 
 // What one X display offers to the program, over one connection. The objects that it hands out may outlive
-// it; they then answer what they knew last.
+// it and go on working, but not the loop.
 class Session {
  public:
   // See `Connection::open`. The loop is borrowed and must outlive the session.
@@ -23,14 +25,18 @@ class Session {
 
   Connection& connection() { return *connection_; }
   const std::shared_ptr<Pasteboard>& pasteboard() const { return pasteboard_; }
+  const std::shared_ptr<WindowServer>& windowServer() const { return windowServer_; }
+  const std::shared_ptr<ScreenList>& screens() const { return screens_; }
 
   // Called once, in a turn of its own, when the server is gone.
   void setClosed(std::function<void()> closed) { connection_->setClosed(std::move(closed)); }
 
  private:
-  explicit Session(std::unique_ptr<Connection> connection);
+  explicit Session(std::shared_ptr<Connection> connection);
 
-  std::unique_ptr<Connection> connection_;
+  std::shared_ptr<Connection> connection_;
+  std::shared_ptr<WindowServer> windowServer_;
+  std::shared_ptr<ScreenList> screens_;
   std::shared_ptr<Pasteboard> pasteboard_;
 };
 

@@ -1,0 +1,139 @@
+#include "backends/x11/pasteboard.h"
+
+#include <xcb/xfixes.h>
+
+#include <chrono>
+#include <utility>
+
+namespace tarnix::x11 {
+namespace {
+
+using namespace std::chrono_literals;
+
+// The clipboard is looked at this often, so fetching more often is in vain.
+constexpr RunLoop::Duration kFetchInterval = 200ms;
+constexpr RunLoop::Duration kHandOverLimit = 1s;
+
+}  // namespace
+
+Pasteboard::Pasteboard(std::shared_ptr<Connection> connection, Survey survey)
+    : connection_(std::move(connection)),
+      survey_(std::move(survey)),
+      owner_(connection_),
+      requestor_(connection_),
+      names_(connection_) {
+  observe();
+}
+
+void Pasteboard::observe() {
+  const int event = connection_->firstEvent(xcb_xfixes_id).value_or(0) + XCB_XFIXES_SELECTION_NOTIFY;
+  ownerChanges_ = connection_->onEvent(event, [this](const xcb_generic_event_t& generic) {
+    const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(generic);
+    if (change.selection != connection_->atoms()["CLIPBOARD"]) return;
+    ownerChanged(change.owner, change.selection_timestamp);
+  });
+  xcb_xfixes_select_selection_input(connection_->xcb(), owner_.window(), connection_->atoms()["CLIPBOARD"],
+                                    XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+  // Asked in this order, or a copy in between would be missed. The owner from before sends no event.
+  firstOwner_ = connection_->onReply<xcb_get_selection_owner_reply_t>(
+      xcb_get_selection_owner(connection_->xcb(), connection_->atoms()["CLIPBOARD"]), [this](auto reply) {
+        if (round_ || changeCount_ > 0) return;
+        isFirstKnown_ = !reply || reply->owner == XCB_WINDOW_NONE;
+        if (!isFirstKnown_) fetch();
+      });
+}
+
+bool Pasteboard::awaitFirstSnapshot(RunLoop::Duration limit) {
+  return connection_->processUntil([this] { return isFirstKnown_; }, limit);
+}
+
+bool Pasteboard::handOver() { return isOwn_ && owner_.handOver(kHandOverLimit); }
+
+std::optional<std::vector<std::shared_ptr<NSPasteboardItem>>> Pasteboard::pasteboardItems() const {
+  return items_;
+}
+
+std::optional<String> Pasteboard::stringForType(const PasteboardType& type) const {
+  for (const auto& item : items_) {
+    if (std::optional<String> text = item->stringForType(type)) return text;
+  }
+  return std::nullopt;
+}
+
+int Pasteboard::clearContents() {
+  snapshot_.reset();
+  round_.reset();
+  nextFetch_.cancel();
+  written_ = std::make_shared<OwnItem>();
+  owner_.claim(written_);
+  publishOwn();
+  return changeCount_;
+}
+
+bool Pasteboard::setString(const String& text, const PasteboardType& type) {
+  if (!isOwn_ || round_ || nextFetch_) return false;
+  written_->set(type, text);
+  items_ = {written_};
+  return true;
+}
+
+void Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
+  snapshot_.reset();
+  round_.reset();
+  if (owner != XCB_WINDOW_NONE && owner != owner_.window()) return fetchSoon(time);
+  nextFetch_.cancel();
+  if (owner == XCB_WINDOW_NONE) return publish({}, false);
+  // What was written was published at once, but another program's content may have come between.
+  if (!isOwn_) publishOwn();
+}
+
+void Pasteboard::fetchSoon(xcb_timestamp_t time) {
+  nextFetchTime_ = time;
+  if (nextFetch_) return;
+  RunLoop& loop = connection_->loop();
+  const RunLoop::Instant earliest = lastFetch_ ? *lastFetch_ + kFetchInterval : loop.now();
+  if (earliest <= loop.now()) return fetch();
+  nextFetch_ = loop.scheduleOnce(earliest - loop.now(), [this] { fetch(); });
+}
+
+void Pasteboard::fetch() {
+  nextFetch_.cancel();
+  lastFetch_ = connection_->loop().now();
+  round_ = std::make_shared<Round>();
+  snapshot_ = std::make_unique<Snapshot>(requestor_, names_, nextFetchTime_, [this](Content content) {
+    round_->content = std::move(content);
+    snapshot_.reset();
+    finishRound();
+  });
+  if (!survey_) return void(round_->isSurveyed = true);
+  survey_([this, weak = std::weak_ptr(round_)] {
+    // A round that has ended meanwhile took this pasteboard's part with it, or the pasteboard itself.
+    const auto round = weak.lock();
+    if (!round) return;
+    round->isSurveyed = true;
+    finishRound();
+  });
+}
+
+void Pasteboard::finishRound() {
+  if (!round_->content || !round_->isSurveyed) return;
+  const auto round = std::exchange(round_, nullptr);
+  publish(itemsOf(*std::move(round->content), mapping_), false);
+}
+
+void Pasteboard::publishOwn() {
+  const bool isEmpty = !written_ || written_->types().empty();
+  publish(isEmpty ? PasteboardItems{} : PasteboardItems{written_}, true);
+}
+
+void Pasteboard::publish(PasteboardItems items, bool isOwn) {
+  items_ = std::move(items);
+  isOwn_ = isOwn;
+  isFirstKnown_ = true;
+  ++changeCount_;
+  connection_->loop().noteChange();
+}
+
+}  // namespace tarnix::x11

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "backends/x11/atom_names.h"
+#include "backends/x11/connection.h"
+#include "backends/x11/pasteboard_items.h"
+#include "backends/x11/requestor.h"
+#include "backends/x11/selection_owner.h"
+#include "backends/x11/snapshot.h"
+#include "backends/x11/type_mapping.h"
+#include "platform/appkit/pasteboard.h"
+
+namespace tarnix::x11 {
+
+// The CLIPBOARD selection of an X display. When another program takes it, everything that is read of its
+// content is fetched first, without anything waiting for that; the change count moves, and the loop is told,
+// when the fetch has come to its end, whatever the end. Until then the former content is answered. Changes
+// that follow each other faster than the clipboard is looked at are passed over but for the last.
+class Pasteboard : public NSPasteboard {
+ public:
+  // Looks at what else belongs to the moment of a copy, such as the windows, and calls `done` when it knows.
+  using Survey = std::function<void(std::function<void()> done)>;
+
+  // `survey`, which may be empty, goes on beside each fetch; the change count waits for both.
+  explicit Pasteboard(std::shared_ptr<Connection> connection, Survey survey = {});
+  Pasteboard(const Pasteboard&) = delete;
+  Pasteboard& operator=(const Pasteboard&) = delete;
+
+  // Waits for what lies on the clipboard at the program's start. False when it takes longer than `limit`; the
+  // content then comes as a change.
+  bool awaitFirstSnapshot(RunLoop::Duration limit);
+  // Gives this program's content to the clipboard manager, if there is one and the content is ours, so that
+  // it outlives the program. Waits, at most 1 s, and serves requests meanwhile. False when nothing was handed
+  // over.
+  bool handOver();
+
+  int changeCount() const override { return changeCount_; }
+  std::optional<std::vector<std::shared_ptr<NSPasteboardItem>>> pasteboardItems() const override;
+  std::optional<String> stringForType(const PasteboardType& type) const override;
+  // Other programs see the new owner in a later turn, and so with all that `setString` adds in this one.
+  int clearContents() override;
+  bool setString(const String& text, const PasteboardType& type) override;
+
+ private:
+  void observe();
+  void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
+  void fetchSoon(xcb_timestamp_t time);
+  void fetch();
+  void finishRound();
+  void publish(PasteboardItems items, bool isOwn);
+  void publishOwn();
+
+  // One look at the clipboard.
+  struct Round {
+    std::optional<Content> content;
+    bool isSurveyed = false;
+  };
+
+  std::shared_ptr<Connection> connection_;
+  Survey survey_;
+  SelectionOwner owner_;
+  Requestor requestor_;
+  AtomNames names_;
+  TypeMapping mapping_;
+  int changeCount_ = 0;
+  PasteboardItems items_;
+  std::shared_ptr<OwnItem> written_;  // What this program wrote last.
+  bool isOwn_ = false;                // The content is what this program wrote.
+  bool isFirstKnown_ = false;
+  std::optional<RunLoop::Instant> lastFetch_;
+  std::unique_ptr<Snapshot> snapshot_;
+  std::shared_ptr<Round> round_;  // Present from the start of a fetch until its content is published.
+  RunLoop::Subscription nextFetch_;
+  xcb_timestamp_t nextFetchTime_ = XCB_CURRENT_TIME;
+  Connection::Subscription ownerChanges_;
+  Connection::Subscription firstOwner_;
+};
+
+}  // namespace tarnix::x11

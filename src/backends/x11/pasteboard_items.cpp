@@ -1,0 +1,110 @@
+#include "backends/x11/pasteboard_items.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "backends/x11/uri_list.h"
+
+namespace tarnix::x11 {
+namespace {
+
+using PasteboardType = NSPasteboard::PasteboardType;
+
+const std::array<const PasteboardType*, 4>& readTypes() {
+  static const std::array kTypes{&types::text, &types::rtf, &types::fileURL, &types::source};
+  return kTypes;
+}
+
+// An item of another program. There is one for each clip of a long history, so it is kept small: what is
+// absent is a bit, and the list of types is shared.
+class FetchedItem : public NSPasteboardItem {
+ public:
+  FetchedItem(TypeMapping::TypeList types, std::array<std::optional<String>, 4> texts)
+      : types_(std::move(types)) {
+    for (std::size_t index = 0; index < texts.size(); ++index) {
+      if (!texts[index]) continue;
+      present_ |= static_cast<std::uint8_t>(1 << index);
+      texts_[index] = std::move(*texts[index]);
+    }
+  }
+
+  std::vector<PasteboardType> types() const override { return *types_; }
+
+  std::optional<String> stringForType(const PasteboardType& type) const override {
+    for (std::size_t index = 0; index < texts_.size(); ++index) {
+      if ((present_ >> index & 1) != 0 && *readTypes()[index] == type) return texts_[index];
+    }
+    return std::nullopt;
+  }
+
+ private:
+  TypeMapping::TypeList types_;
+  std::array<String, 4> texts_;  // In the order of `readTypes()`.
+  std::uint8_t present_ = 0;
+};
+
+String joinedPaths(const std::vector<String>& paths) {
+  std::string joined;
+  for (const String& path : paths) {
+    if (!joined.empty()) joined += '\n';
+    joined += path.view();
+  }
+  return String(joined);
+}
+
+UriList filesOf(const Content& content) {
+  if (content.uriList) return parseUriList(*content.uriList);
+  return content.copiedFiles ? parseCopiedFiles(*content.copiedFiles) : UriList{};
+}
+
+}  // namespace
+
+PasteboardItems itemsOf(Content content, TypeMapping& mapping) {
+  if (content.isSecret) return {};
+  const UriList files = filesOf(content);
+  const bool isUnknown = !content.uriList && !content.copiedFiles;
+  const auto types = mapping.typesOf(
+      content.targets,
+      {.isUnknown = isUnknown, .hasPaths = !files.paths.empty(), .hasOthers = files.hasOthers});
+  if (types->empty()) return {};
+  if (!files.paths.empty() && content.text && isFileListInDisguise(*content.text)) {
+    content.text = joinedPaths(files.paths);
+  }
+  const auto firstPath = files.paths.empty() ? std::nullopt : std::optional(files.paths.front());
+  PasteboardItems items;
+  items.push_back(std::make_shared<FetchedItem>(
+      types,
+      std::array{std::move(content.text), std::move(content.rtf), firstPath, std::move(content.source)}));
+  for (std::size_t index = 1; index < files.paths.size(); ++index) {
+    items.push_back(std::make_shared<FetchedItem>(
+        mapping.listOf({types::fileURL}),
+        std::array<std::optional<String>, 4>{std::nullopt, std::nullopt, files.paths[index], std::nullopt}));
+  }
+  return items;
+}
+
+std::vector<PasteboardType> OwnItem::types() const {
+  std::vector<PasteboardType> list;
+  for (const auto& [type, text] : texts_) list.push_back(type);
+  return list;
+}
+
+std::optional<String> OwnItem::stringForType(const PasteboardType& type) const {
+  const auto found =
+      std::find_if(texts_.begin(), texts_.end(), [&type](const auto& entry) { return entry.first == type; });
+  return found == texts_.end() ? std::nullopt : std::optional(found->second);
+}
+
+void OwnItem::set(const PasteboardType& type, const String& text) {
+  const auto found =
+      std::find_if(texts_.begin(), texts_.end(), [&type](const auto& entry) { return entry.first == type; });
+  if (found == texts_.end()) {
+    texts_.emplace_back(type, text);
+  } else {
+    found->second = text;
+  }
+}
+
+}  // namespace tarnix::x11

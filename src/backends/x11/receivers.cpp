@@ -1,0 +1,54 @@
+#include "backends/x11/receivers.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace tarnix::x11 {
+namespace {
+
+// A size that an owner only announces is not worth more than this before the bytes are there.
+constexpr std::size_t kMostReserved = std::size_t{256} << 20;
+
+}  // namespace
+
+bool AtomListReceiver::begin(xcb_atom_t type, int format, std::size_t /*size*/) {
+  // Some owners answer with the type TARGETS.
+  return format == 32 && (type == XCB_ATOM_ATOM || type == atoms_["TARGETS"]);
+}
+
+std::vector<xcb_atom_t> AtomListReceiver::take() const {
+  std::vector<xcb_atom_t> list;
+  for (std::size_t at = 0; at + sizeof(xcb_atom_t) <= bytes_.size(); at += sizeof(xcb_atom_t)) {
+    xcb_atom_t atom = XCB_ATOM_NONE;
+    std::memcpy(&atom, bytes_.data() + at, sizeof atom);
+    const bool isNew = std::find(list.begin(), list.end(), atom) == list.end();
+    if (atom != XCB_ATOM_NONE && isNew) list.push_back(atom);
+  }
+  return list;
+}
+
+bool TextReceiver::begin(xcb_atom_t type, int format, std::size_t size) {
+  const std::optional<TextEncoding> encoding = encodingOf(type);
+  if (format != 8 || !encoding) return false;
+  decoder_.emplace(*encoding);
+  decoder_->reserve(std::min(size, kMostReserved));
+  return true;
+}
+
+void TextReceiver::append(std::string_view bytes) {
+  if (decoder_) decoder_->append(bytes);
+}
+
+std::optional<String> TextReceiver::take() { return decoder_ ? decoder_->finish() : std::nullopt; }
+
+std::optional<TextEncoding> TextReceiver::encodingOf(xcb_atom_t type) const {
+  if (type == XCB_ATOM_STRING) return TextEncoding::latin1;
+  if (type == atoms_["COMPOUND_TEXT"]) return TextEncoding::compoundText;
+  if (type == atoms_["text/plain;charset=utf-16"]) return TextEncoding::utf16;
+  const bool isText = type == target_ || type == atoms_["UTF8_STRING"] || type == atoms_["text/plain"] ||
+                      type == atoms_["text/plain;charset=utf-8"] ||
+                      type == atoms_["text/plain;charset=UTF-8"];
+  return isText ? std::optional(TextEncoding::utf8) : std::nullopt;
+}
+
+}  // namespace tarnix::x11
