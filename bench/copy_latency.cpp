@@ -22,6 +22,8 @@ using namespace std::chrono_literals;
 
 constexpr auto kGlance = 1ms;
 constexpr auto kQuietGlance = 100ms;
+// More than the program's poll lets pass between two things that it shows.
+constexpr auto kRest = 350ms;
 
 class CopyLatency {
  public:
@@ -55,15 +57,19 @@ class CopyLatency {
   void look() {
     auto picture = display_.picture(window_, region_);
     const Clock::time_point now = Clock::now();
-    if (copied_ && picture != before_) {
-      std::printf("shown %.3f\n", std::chrono::duration<double, std::milli>(now - *copied_).count());
+    if (copied_ && picture != before_) changed_ = now;
+    before_ = std::move(picture);
+    if (!copied_) return;
+    if (changed_ && now - *changed_ > kRest) {
+      std::printf("shown %.3f\n", std::chrono::duration<double, std::milli>(*changed_ - *copied_).count());
       std::fflush(stdout);
-      copied_.reset();
-    } else if (copied_ && now - *copied_ > limit_) {
+    } else if (!changed_ && now - *copied_ > limit_) {
       say("unchanged");
-      copied_.reset();
+    } else {
+      return;
     }
-    if (!copied_) before_ = std::move(picture);
+    copied_.reset();
+    changed_.reset();
   }
 
   DisplayClient display_;
@@ -73,6 +79,7 @@ class CopyLatency {
   int ownerChanged_ = 0;
   std::vector<std::uint8_t> before_;
   std::optional<Clock::time_point> copied_;
+  std::optional<Clock::time_point> changed_;
 };
 
 int runWith(std::span<char*> arguments) {

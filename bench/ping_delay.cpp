@@ -28,7 +28,7 @@ constexpr auto kLastPatience = 2s;
 
 struct Pinged {
   xcb_window_t window;
-  std::vector<double> milliseconds;
+  std::vector<double> milliseconds;  // By round.
 };
 
 class PingDelay {
@@ -49,6 +49,7 @@ class PingDelay {
     while (!isInputClosed() && !display_.isGone()) {
       if (next <= Clock::now()) {
         for (std::size_t i = 0; i < windows_.size(); ++i) send(i);
+        ++rounds_;
         next = std::max(next + kPingInterval, Clock::now());
       }
       receiveUntil(next);
@@ -57,12 +58,15 @@ class PingDelay {
     while (!unanswered_.empty() && Clock::now() < end)
       receiveUntil(std::min(end, Clock::now() + kPingInterval));
     for (const auto& [number, sent] : unanswered_) count(sent);
+    const double longestExcess = excess();
     for (Pinged& each : windows_) print(each);
+    std::printf("excess %.3f\n", longestExcess);
   }
 
  private:
   struct Sent {
     std::size_t place;
+    std::size_t round;
     Clock::time_point when;
   };
 
@@ -75,7 +79,8 @@ class PingDelay {
     message.data.data32[0] = ping_;
     message.data.data32[1] = ++lastNumber_;
     message.data.data32[2] = windows_[place].window;
-    unanswered_[lastNumber_] = {place, Clock::now()};
+    windows_[place].milliseconds.push_back(0);
+    unanswered_[lastNumber_] = {place, rounds_, Clock::now()};
     xcb_send_event(display_.connection(), 0, windows_[place].window, XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char*>(&message));
   }
@@ -100,8 +105,16 @@ class PingDelay {
   }
 
   void count(const Sent& sent) {
-    windows_[sent.place].milliseconds.push_back(
-        std::chrono::duration<double, std::milli>(Clock::now() - sent.when).count());
+    windows_[sent.place].milliseconds[sent.round] =
+        std::chrono::duration<double, std::milli>(Clock::now() - sent.when).count();
+  }
+
+  double excess() const {
+    const auto& own = windows_.front().milliseconds;
+    const auto& others = windows_.back().milliseconds;
+    double longest = 0;
+    for (std::size_t i = 0; i < own.size(); ++i) longest = std::max(longest, own[i] - others[i]);
+    return longest;
   }
 
   static void print(Pinged& pinged) {
@@ -117,6 +130,7 @@ class PingDelay {
   xcb_atom_t protocols_;
   xcb_atom_t ping_;
   std::uint32_t lastNumber_ = 0;
+  std::size_t rounds_ = 0;
   std::unordered_map<std::uint32_t, Sent> unanswered_;
 };
 
@@ -127,6 +141,10 @@ int main(int argumentCount, char** arguments) {
   std::vector<tarnix::bench::Pinged> windows;
   for (char* each : std::span(arguments + 1, static_cast<std::size_t>(argumentCount - 1))) {
     windows.push_back({static_cast<xcb_window_t>(std::strtoul(each, nullptr, 10)), {}});
+  }
+  if (windows.empty()) {
+    std::fputs("Usage: tarnix_ping_delay WINDOW...\n", stderr);
+    return 2;
   }
   tarnix::bench::PingDelay(std::move(windows)).run();
 }
