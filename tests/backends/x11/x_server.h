@@ -1,8 +1,8 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
+
+#include "support/process.h"
 
 namespace tarnix::x11::testing {
 
@@ -10,9 +10,6 @@ namespace tarnix::x11::testing {
 class XServer {
  public:
   XServer();
-  XServer(const XServer&) = delete;
-  XServer& operator=(const XServer&) = delete;
-  ~XServer();
 
   const std::string& display() const { return display_; }
   // Ends the server at once, as if it had crashed.
@@ -22,7 +19,7 @@ class XServer {
   void resume();
 
  private:
-  pid_t process_ = -1;
+  test::Process process_;
   std::string display_;
 };
 
