@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace tarnix::qt {
 namespace {
 
 constexpr int kWarningSide = 40;
+constexpr int kTextWidth = 320;
 
 QString titleOf(const Element& button) {
   for (const Element& part : button.children) {
@@ -60,8 +62,19 @@ class ConfirmationDialogPresenter : public Presenter {
                                      box_->devicePixelRatioF(), monochrome(warning)));
     buttons_.clear();
     for (const Element& child : element_->children) buttons_.push_back(addButton(child));
+    setLabels();
     QObject::connect(box_.get(), &QMessageBox::finished, box_.get(), [this] { close(); });
     box_->open();
+  }
+
+  // The title stands out, and the message gets room for a whole phrase on a line.
+  void setLabels() {
+    if (auto* const title = box_->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
+      QFont font = title->font();
+      font.setWeight(QFont::DemiBold);
+      title->setFont(font);
+      title->setMinimumWidth(kTextWidth);
+    }
   }
 
   QAbstractButton* addButton(const Element& child) {
@@ -84,8 +97,10 @@ class ConfirmationDialogPresenter : public Presenter {
 
   // Runs once for each dialog, however it went.
   void close() {
-    const auto clicked = std::ranges::find(buttons_, box_->clickedButton());
-    const auto position = static_cast<std::size_t>(clicked - buttons_.begin());
+    // Closing the window counts as the escape button.
+    auto* const button = box_->clickedButton() != nullptr ? box_->clickedButton() : box_->escapeButton();
+    const auto found = std::ranges::find(buttons_, button);
+    const auto position = static_cast<std::size_t>(found - buttons_.begin());
     // Its signal is being sent.
     box_.release()->deleteLater();
     const auto keepsAlive = rendering().tree;

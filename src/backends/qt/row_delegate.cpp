@@ -3,7 +3,6 @@
 #include <QPainter>
 #include <QTextLayout>
 
-#include "backends/qt/focus_ring.h"
 #include "backends/qt/list_model.h"
 #include "backends/qt/symbols.h"
 #include "backends/qt/theme.h"
@@ -11,13 +10,14 @@
 namespace tarnix::qt {
 namespace {
 
-constexpr int kOuterMargin = 8;  // Between the edge of the list and the selected row's ground.
 constexpr int kRowGap = 2;
 constexpr int kPadding = 7;
 constexpr int kSideInset = 10;
 constexpr double kRadius = 8;
 constexpr int kSymbolSide = 17;
 constexpr int kGap = 9;
+constexpr double kRingWidth = 1.5;
+constexpr double kRingInset = 2.25;
 constexpr int kPillPadding = 7;
 constexpr double kPillFontScale = 0.84;
 constexpr double kLineHeight = 1.32;  // Of the font's size.
@@ -47,7 +47,7 @@ struct RowGeometry {
   QRectF pill;
 
   RowGeometry(const QStyleOptionViewItem& option, const QString& badge) {
-    ground = QRectF(option.rect).adjusted(kOuterMargin, 0, -kOuterMargin, -kRowGap);
+    ground = QRectF(option.rect).adjusted(0, 0, 0, -kRowGap);
     const int line = lineHeight(option.fontMetrics);
     const double top = ground.top() + kPadding;
     symbol = {ground.left() + kSideInset, top + (line - kSymbolSide) / 2.0, kSymbolSide, kSymbolSide};
@@ -71,16 +71,16 @@ struct RowGeometry {
 // The title broken into at most two lines; the second takes the rest and is cut where it does not fit.
 class TitleLines {
  public:
-  TitleLines(const QString& title, const QFont& font, double width) : text_(title), width_(width) {
+  TitleLines(const QStyleOptionViewItem& option, const QString& title, double width) : width_(width) {
     options_.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     options_.setTextDirection(title.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-    first_.setText(text_);
-    layOut(first_, font);
-    if (breakAt() < text_.size()) {
-      const QString rest = text_.mid(breakAt()).trimmed();
-      second_.setText(QFontMetricsF(font).elidedText(rest, Qt::ElideRight, width));
-      layOut(second_, font);
-    }
+    options_.setAlignment(option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft);
+    layOut(first_, title, option.font);
+    const auto breakAt = first_.lineAt(0).textLength();
+    if (breakAt >= title.size()) return;
+    const QString rest = title.mid(breakAt).trimmed();
+    options_.setWrapMode(QTextOption::NoWrap);
+    layOut(second_, QFontMetricsF(option.font).elidedText(rest, Qt::ElideRight, width), option.font);
   }
 
   int count() const { return second_.text().isEmpty() ? 1 : kMaximumLines; }
@@ -92,9 +92,8 @@ class TitleLines {
   }
 
  private:
-  qsizetype breakAt() const { return first_.lineAt(0).textLength(); }
-
-  void layOut(QTextLayout& layout, const QFont& font) const {
+  void layOut(QTextLayout& layout, const QString& text, const QFont& font) const {
+    layout.setText(text);
     layout.setFont(font);
     layout.setTextOption(options_);
     layout.beginLayout();
@@ -103,7 +102,6 @@ class TitleLines {
     layout.endLayout();
   }
 
-  QString text_;
   double width_;
   QTextOption options_;
   QTextLayout first_;
@@ -134,7 +132,10 @@ void paintGround(QPainter& painter, const QStyleOptionViewItem& option, const QR
   painter.setPen(Qt::NoPen);
   painter.setBrush(option.palette.color(group, QPalette::Highlight));
   painter.drawRoundedRect(ground, kRadius, kRadius);
-  if (option.state.testFlag(QStyle::State_KeyboardFocusChange)) paintFocusRing(painter, ground, kRadius);
+  if (!option.state.testFlag(QStyle::State_KeyboardFocusChange)) return;
+  painter.setPen(QPen(option.palette.color(group, QPalette::HighlightedText), kRingWidth));
+  const QRectF ring = ground.adjusted(kRingInset, kRingInset, -kRingInset, -kRingInset);
+  painter.drawRoundedRect(ring, kRadius - kRingInset, kRadius - kRingInset);
 }
 
 void paintBadge(QPainter& painter, const QStyleOptionViewItem& option, const QRectF& pill,
@@ -162,14 +163,14 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
               monochrome(colors.symbol));
   paintBadge(*painter, option, geometry.pill, colors, badge);
   painter->setPen(colors.title);
-  const TitleLines lines(index.data().toString(), option.font, geometry.title.width());
+  const TitleLines lines(option, index.data().toString(), geometry.title.width());
   lines.draw(*painter, geometry.title.topLeft(), lineHeight(option.fontMetrics));
   painter->restore();
 }
 
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const RowGeometry geometry(option, index.data(ListModel::badgeRole).toString());
-  const TitleLines lines(index.data().toString(), option.font, geometry.title.width());
+  const TitleLines lines(option, index.data().toString(), geometry.title.width());
   const int text = lines.count() * lineHeight(option.fontMetrics);
   return {option.rect.width(), text + 2 * kPadding + kRowGap};
 }

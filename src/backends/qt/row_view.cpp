@@ -18,6 +18,8 @@ namespace {
 constexpr int kUnitsPerLine = 128;  // Of the scroll bar.
 constexpr std::size_t kKeptHeights = 1024;
 constexpr int kBottomMargin = 6;
+constexpr int kLeadingMargin = 8;
+constexpr int kTrailingMargin = 10;  // The scroll bar, where there is one, lies in it.
 constexpr int kHeaderInset = 20;
 constexpr int kHeaderAbove = 10;
 constexpr int kHeaderBelow = 6;
@@ -203,7 +205,9 @@ void RowView::selectionChanged(const QItemSelection& selected, const QItemSelect
 QStyleOptionViewItem RowView::optionFor(const QRect& rect) const {
   QStyleOptionViewItem option;
   initViewItemOption(&option);
-  option.rect = rect;
+  const int trailing = std::max(0, kTrailingMargin - (width() - viewport()->width()));
+  option.rect = isRightToLeft() ? rect.adjusted(trailing, 0, -kLeadingMargin, 0)
+                                : rect.adjusted(kLeadingMargin, 0, -trailing, 0);
   return option;
 }
 

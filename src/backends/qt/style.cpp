@@ -9,7 +9,7 @@
 namespace tarnix::qt {
 namespace {
 
-constexpr int kScrollBarExtent = 12;
+constexpr int kScrollBarExtent = 10;
 constexpr int kSmallestThumb = 28;
 constexpr double kRadius = 7;
 
@@ -32,7 +32,7 @@ QRect thumbRect(const QStyleOptionSlider& bar) {
 void paintScrollBar(QPainter& painter, const QStyleOptionSlider& bar) {
   if (bar.maximum <= bar.minimum) return;
   const bool isActive = has(bar, QStyle::State_MouseOver) || has(bar, QStyle::State_Sunken);
-  const double inset = isActive ? 2.5 : 3.5;
+  const double inset = isActive ? 2 : 3;
   const QRectF thumb = QRectF(thumbRect(bar)).adjusted(inset, inset, -inset, -inset);
   QColor color = bar.palette.color(QPalette::WindowText);
   color.setAlphaF(isActive ? 0.45F : 0.25F);

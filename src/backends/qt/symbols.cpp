@@ -5,7 +5,9 @@
 #include <QPainter>
 #include <QPixmapCache>
 #include <QSvgRenderer>
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 namespace tarnix::qt {
@@ -13,18 +15,27 @@ namespace {
 
 QString resourceOf(const QString& name) { return QStringLiteral(":/tarnix/symbols/%1.svg").arg(name); }
 
+constexpr double kStroke = 1.3;
+constexpr double kDrawnSide = 16;
+
+// In the drawing's own units: larger symbols have relatively finer strokes, as larger letters do.
+double strokeFor(int side) {
+  return kStroke * std::pow(kDrawnSide / std::max<double>(side, kDrawnSide), 0.45);
+}
+
 // The drawings name their tones: the primary one is `currentColor`, the secondary one `gray`.
-QByteArray tinted(QByteArray drawing, const SymbolTint& tint) {
+QByteArray styled(QByteArray drawing, int side, const SymbolTint& tint) {
+  drawing.replace("stroke-width=\"1.3\"", "stroke-width=\"" + QByteArray::number(strokeFor(side)) + '"');
   drawing.replace("currentColor", tint.primary.name().toLatin1());
   return drawing.replace("\"gray\"", '"' + tint.secondary.name().toLatin1() + '"');
 }
 
-QPixmap rendered(const QString& name, int pixels, const SymbolTint& tint) {
+QPixmap rendered(const QString& name, int side, int pixels, const SymbolTint& tint) {
   QPixmap pixmap(pixels, pixels);
   pixmap.fill(Qt::transparent);
   QFile file(resourceOf(name));
   if (!file.open(QIODevice::ReadOnly)) return pixmap;
-  QSvgRenderer renderer(tinted(file.readAll(), tint));
+  QSvgRenderer renderer(styled(file.readAll(), side, tint));
   QPainter painter(&pixmap);
   renderer.render(&painter);
   return pixmap;
@@ -47,11 +58,12 @@ QString symbolMeaning(const QString& name) {
 
 QPixmap symbolPixmap(const QString& name, int side, double scale, const SymbolTint& tint) {
   const int pixels = qRound(side * scale);
-  const QString key = QStringLiteral("tarnix:%1:%2:%3:%4")
-                          .arg(name, QString::number(pixels), tint.primary.name(), tint.secondary.name());
+  const QString key = QStringLiteral("tarnix:%1:%2:%3:%4:%5")
+                          .arg(name, QString::number(side), QString::number(pixels), tint.primary.name(),
+                               tint.secondary.name());
   QPixmap pixmap;
   if (!QPixmapCache::find(key, &pixmap)) {
-    pixmap = rendered(name, pixels, tint);
+    pixmap = rendered(name, side, pixels, tint);
     QPixmapCache::insert(key, pixmap);
   }
   pixmap.setDevicePixelRatio(scale);

@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "backends/qt/stage.h"
+
+namespace tarnix::qt {
+namespace {
+
+void type(QWidget* widget, int key, const QString& text = {}) {
+  for (const auto kind : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QKeyEvent event(kind, key, Qt::NoModifier, text);
+    QApplication::sendEvent(widget, &event);
+  }
+}
+
+View activeSwitch(bool& isOn) {
+  return Toggle("Active", bindingTo(isOn)).toggleStyle(modifiers::ToggleStyle::switchControl);
+}
+
+TEST(Toggle, isACheckableSwitchThatWritesItsBinding) {
+  Stage stage;
+  bool isOn = true;
+  stage.show(HStack({activeSwitch(isOn)}));
+  EXPECT_TRUE(stage.find(QAccessible::CheckBox, "Active")->state().checkable);
+  EXPECT_TRUE(stage.find(QAccessible::CheckBox, "Active")->state().checked);
+  stage.press(QAccessible::CheckBox, "Active");
+  EXPECT_FALSE(isOn);
+  type(stage.widget(QAccessible::CheckBox, "Active"), Qt::Key_Space, " ");
+  EXPECT_TRUE(isOn);
+}
+
+TEST(Toggle, showsWhatItsBindingSaysWithoutWritingIt) {
+  Stage stage;
+  bool isOn = true;
+  int writings = 0;
+  const Binding<bool> binding{[&] { return isOn; }, [&](bool) { ++writings; }};
+  const View view = Toggle("Active", binding).toggleStyle(modifiers::ToggleStyle::switchControl);
+  stage.show(view);
+  isOn = false;
+  stage.show(view);
+  EXPECT_FALSE(stage.find(QAccessible::CheckBox, "Active")->state().checked);
+  EXPECT_EQ(writings, 0);
+}
+
+TEST(Button, thatShowsItsSymbolOnlyIsNamedByItsTitle) {
+  Stage stage;
+  int presses = 0;
+  const auto clear = [&](int step) {
+    return HStack({Button([&presses, step] { presses += step; }, Label("Clear list", "trash"))
+                       .buttonStyle(modifiers::ButtonStyle::borderless)
+                       .labelStyle(modifiers::LabelStyle::iconOnly)
+                       .help("Clear list of saved clips")});
+  };
+  stage.show(clear(1));
+  EXPECT_EQ(stage.widget(QAccessible::Button, "Clear list")->toolTip(), "Clear list of saved clips");
+  stage.press(QAccessible::Button, "Clear list");
+  stage.show(clear(10));
+  type(stage.widget(QAccessible::Button, "Clear list"), Qt::Key_Space, " ");
+  EXPECT_EQ(presses, 11);
+}
+
+TEST(Button, withASymbolAloneIsNamedByItsMeaning) {
+  Stage stage;
+  stage.show(HStack(
+      {Button([] {}, Image("sidebar.leading")), Button([] {}, Image("trash")).accessibilityLabel("Away")}));
+  EXPECT_TRUE(stage.has(QAccessible::Button, "Toggle Sidebar"));
+  EXPECT_TRUE(stage.has(QAccessible::Button, "Away"));
+}
+
+// A button that opens a dialog, which is shown anew after each change as a view graph would do.
+class DialogStage : public Stage {
+ public:
+  void showAgain() {
+    show(HStack({Button([this] { isPresented = true; }, Text("Ask"))
+                     .confirmationDialog(
+                         "Are you sure?", bindingTo(isPresented),
+                         {Button([this] { ++deletions; }, Text("Delete all clips"),
+                                 elements::ButtonRole::destructive),
+                          Button([this] { ++cancellations; }, Text("Cancel"), elements::ButtonRole::cancel)},
+                         "This cannot be reverted!")}));
+  }
+  QMessageBox* ask() {
+    showAgain();
+    press(QAccessible::Button, "Ask");
+    showAgain();
+    return window().findChild<QMessageBox*>();
+  }
+  void choose(const QString& title) {
+    auto* const box = window().findChild<QMessageBox*>();
+    ASSERT_NE(box, nullptr);
+    for (QAbstractButton* const button : box->buttons()) {
+      if (button->text() == title) return choose(*button);
+    }
+    FAIL() << title.toStdString();
+  }
+  void choose(QAbstractButton& button) {
+    button.click();
+    settle();
+    showAgain();
+  }
+
+  bool isPresented = false;
+  int deletions = 0;
+  int cancellations = 0;
+};
+
+TEST(ConfirmationDialog, runsTheChosenActionAndCanBeOpenedAgain) {
+  DialogStage stage;
+  QMessageBox* box = stage.ask();
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(box->text(), "Are you sure?");
+  EXPECT_EQ(box->informativeText(), "This cannot be reverted!");
+  EXPECT_EQ(box->windowModality(), Qt::WindowModal);
+  EXPECT_EQ(stage.deletions, 0);
+  stage.choose("Delete all clips");
+  EXPECT_EQ(stage.deletions, 1);
+  EXPECT_FALSE(stage.isPresented);
+  EXPECT_EQ(stage.window().findChild<QMessageBox*>(), nullptr);
+
+  ASSERT_NE(stage.ask(), nullptr);
+  stage.choose("Cancel");
+  EXPECT_EQ(stage.deletions, 1);
+  EXPECT_EQ(stage.cancellations, 1);
+  EXPECT_FALSE(stage.isPresented);
+}
+
+TEST(ConfirmationDialog, takesEscapeReturnAndClosingForCancelling) {
+  DialogStage stage;
+  type(stage.ask(), Qt::Key_Escape);
+  EXPECT_FALSE(stage.isPresented);
+  type(stage.ask(), Qt::Key_Return);
+  EXPECT_FALSE(stage.isPresented);
+  stage.ask()->close();
+  EXPECT_FALSE(stage.isPresented);
+  EXPECT_EQ(stage.cancellations, 3);
+  EXPECT_EQ(stage.deletions, 0);
+}
+
+TEST(ConfirmationDialog, goesWhenItIsNoLongerPresented) {
+  DialogStage stage;
+  stage.ask();
+  stage.isPresented = false;
+  stage.showAgain();
+  EXPECT_EQ(stage.window().findChild<QMessageBox*>(), nullptr);
+  EXPECT_EQ(stage.cancellations, 0);
+}
+
+}  // namespace
+}  // namespace tarnix::qt

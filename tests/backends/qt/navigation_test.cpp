@@ -1,0 +1,65 @@
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QScrollBar>
+
+#include "backends/qt/row_view.h"
+#include "backends/qt/stage.h"
+#include "platform/appkit/application.h"
+
+namespace tarnix::qt {
+namespace {
+
+View sidebarOf(std::optional<UUID>& selection, String& search) {
+  const View::Rows rows{.count = 500,
+                        .row = [](std::size_t i) { return verbatimText(std::to_string(i)).tag(UUID{}); },
+                        .positionOfTag = [](const UUID&) { return std::optional<std::size_t>(300); }};
+  return VStack({List(bindingTo(selection), {Section("Tarnix", rows)})
+                     .searchable(bindingTo(search), modifiers::SearchFieldPlacement::sidebar)});
+}
+
+View navigation(View sidebar, View detail) {
+  return NavigationView(std::move(sidebar), std::move(detail))
+      .navigationTitle("")
+      .toolbar({ToolbarItem(elements::ToolbarPlacement::navigation,
+                            Button([] { NSApp().sendAction("toggleSidebar:"); }, Image("sidebar.leading")))});
+}
+
+TEST(NavigationView, theToolbarButtonHidesTheSidebarAndBringsItBackAsItWas) {
+  Stage stage;
+  std::optional<UUID> selection = UUID{};
+  String search("word");
+  const View view = navigation(sidebarOf(selection, search), Text("detail"));
+  stage.show(view);
+  const auto* rows = stage.window().findChild<RowView*>();
+  const int scrolled = rows->verticalScrollBar()->value();
+  EXPECT_GT(scrolled, 0);
+
+  stage.press(QAccessible::Button, "Toggle Sidebar");
+  EXPECT_FALSE(rows->isVisible());
+  stage.show(view);
+  EXPECT_FALSE(rows->isVisible()) << "an update leaves it hidden";
+  EXPECT_TRUE(stage.has(QAccessible::StaticText, "detail"));
+
+  stage.press(QAccessible::Button, "Toggle Sidebar");
+  EXPECT_TRUE(rows->isVisible());
+  EXPECT_EQ(rows->verticalScrollBar()->value(), scrolled);
+  EXPECT_EQ(rows->currentIndex().row(), 300);
+  EXPECT_EQ(stage.window().findChild<QLineEdit*>()->text(), "word");
+}
+
+TEST(NavigationView, showsTheTitleAndTheItemsOfTheDetail) {
+  Stage stage;
+  const auto copyButton = ToolbarItem(elements::ToolbarPlacement::primaryAction,
+                                      Button([] {}, Image("doc")).accessibilityLabel("Copy"));
+  stage.show(navigation(Text("side"), Text("clip").navigationTitle("File").toolbar({copyButton})));
+  EXPECT_TRUE(stage.has(QAccessible::StaticText, "File"));
+  EXPECT_GT(stage.find(QAccessible::Button, "Copy")->rect().left(),
+            stage.find(QAccessible::Button, "Toggle Sidebar")->rect().right());
+  stage.show(navigation(Text("side"), Text("none")));
+  EXPECT_FALSE(stage.has(QAccessible::StaticText, "File"));
+  EXPECT_FALSE(stage.has(QAccessible::Button, "Copy"));
+}
+
+}  // namespace
+}  // namespace tarnix::qt
