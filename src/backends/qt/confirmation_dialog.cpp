@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPushButton>
 #include <algorithm>
@@ -14,6 +15,7 @@ namespace {
 
 constexpr int kWarningSide = 40;
 constexpr int kTextWidth = 320;
+constexpr QMargins kMargins(20, 20, 20, 16);
 
 QString titleOf(const Element& button) {
   for (const Element& part : button.children) {
@@ -63,6 +65,7 @@ class ConfirmationDialogPresenter : public Presenter {
     buttons_.clear();
     for (const Element& child : element_->children) buttons_.push_back(addButton(child));
     setLabels();
+    box_->layout()->setContentsMargins(kMargins);
     QObject::connect(box_.get(), &QMessageBox::finished, box_.get(), [this] { close(); });
     box_->open();
   }

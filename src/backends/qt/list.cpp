@@ -9,7 +9,7 @@
 namespace tarnix::qt {
 namespace {
 
-constexpr QMargins kSearchMargins(12, 12, 12, 4);
+constexpr QMargins kSearchMargins(12, 12, 12, 8);
 
 // The rows, and above them the field that searches them where there is one.
 class ListPresenter : public WidgetPresenter<QWidget> {

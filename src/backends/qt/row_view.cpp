@@ -21,7 +21,7 @@ constexpr int kBottomMargin = 6;
 constexpr int kLeadingMargin = 8;
 constexpr int kTrailingMargin = 10;  // The scroll bar, where there is one, lies in it.
 constexpr int kHeaderInset = 20;
-constexpr int kHeaderAbove = 10;
+constexpr int kHeaderAbove = 6;
 constexpr int kHeaderBelow = 6;
 constexpr modifiers::Font kHeaderFont{.size = 11};
 
@@ -57,7 +57,9 @@ void RowView::selectRow(std::optional<int> row, bool scrolls) {
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
     setAutoScroll(true);
   }
-  if (scrolls) scrollTo(index);
+  if (!scrolls) return;
+  isRevealing_ = true;
+  scrollTo(index);
 }
 
 std::vector<int> RowView::visibleRows() const {
@@ -171,6 +173,7 @@ void RowView::adjustScrollBar() {
 void RowView::layOutAgain() {
   heights_.clear();
   top_ = std::clamp(top_, Top{}, lastTop());
+  if (isRevealing_) scrollTo(currentIndex());
   adjustScrollBar();
   viewport()->update();
 }
@@ -212,6 +215,7 @@ QStyleOptionViewItem RowView::optionFor(const QRect& rect) const {
 }
 
 void RowView::paintEvent(QPaintEvent* event) {
+  isRevealing_ = false;
   QPainter painter(viewport());
   for (const Placed& placed : placedLines()) {
     if (!placed.rect.intersects(event->rect())) continue;

@@ -83,6 +83,7 @@ class RowView : public QAbstractItemView {
   ListModel& model_;
   Top top_;
   bool isAdjustingBar_ = false;
+  bool isRevealing_ = false;  // The current row, until it has been painted: the view may yet get its size.
   double wheelRest_ = 0;
   mutable std::unordered_map<int, int> heights_;
 };

@@ -12,6 +12,7 @@ namespace {
 constexpr int kScrollBarExtent = 10;
 constexpr int kSmallestThumb = 28;
 constexpr double kRadius = 7;
+constexpr QSize kButtonRoom(16, 4);
 
 bool has(const QStyleOption& option, QStyle::StateFlag flag) { return option.state.testFlag(flag); }
 
@@ -101,6 +102,12 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
     default:
       return QProxyStyle::pixelMetric(metric, option, widget);
   }
+}
+
+QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                              const QWidget* widget) const {
+  const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+  return type == CT_PushButton ? size + kButtonRoom : size;
 }
 
 int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -163,6 +163,17 @@ TEST(List, followsTheSelectionThatOthersWrite) {
   EXPECT_NE(stage.selection, std::nullopt) << "what is shown is never written back";
 }
 
+TEST(List, revealsTheSelectionOnceTheViewHasItsSize) {
+  ListStage stage(1000);
+  stage.window().hide();
+  stage.selection = stage.tagOf(500);
+  stage.showAgain();
+  stage.window().resize(600, 200);
+  stage.window().show();
+  Stage::settle();
+  EXPECT_THAT(stage.view().visibleRows(), Contains(500));
+}
+
 TEST(List, shrinkingPicksNoOtherRow) {
   ListStage stage(10);
   stage.click(9);
