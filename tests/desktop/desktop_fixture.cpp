@@ -76,15 +76,15 @@ Screen::Screen()
 DesktopTest::DesktopTest() {
   AccessibilityBus::shared();
   makePrivate(home() / "runtime");
-  for (const char* folder : {"config", "data", "cache"}) makePrivate(home() / folder);
+  for (const char* folder : {".config", ".local/share", ".cache"}) makePrivate(home() / folder);
 }
 
 Process::Environment DesktopTest::environment() const {
   return {{"DISPLAY", screen_.display()},
           {"HOME", home()},
-          {"XDG_CONFIG_HOME", home() / "config"},
-          {"XDG_DATA_HOME", home() / "data"},
-          {"XDG_CACHE_HOME", home() / "cache"},
+          {"XDG_CONFIG_HOME", home() / ".config"},
+          {"XDG_DATA_HOME", home() / ".local/share"},
+          {"XDG_CACHE_HOME", home() / ".cache"},
           {"XDG_RUNTIME_DIR", home() / "runtime"},
           {"WAYLAND_DISPLAY", ""},
           {"QT_QPA_PLATFORM", "xcb"},
