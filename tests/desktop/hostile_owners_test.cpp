@@ -1,0 +1,61 @@
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "desktop/desktop_fixture.h"
+
+namespace tarnix::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Hostility {
+  std::string name;
+  std::vector<std::string> arguments;
+};
+
+class HostileOwnersTest : public DesktopTest, public ::testing::WithParamInterface<Hostility> {};
+
+// Whatever the owner does, the window goes on and the next copy is recorded as if there had been none.
+TEST_P(HostileOwnersTest, doNotKeepTheNextCopyOut) {
+  const WindowReader window = openProgram();
+  auto arguments = GetParam().arguments;
+  for (const char* argument : {"--text", "of the hostile owner"}) arguments.emplace_back(argument);
+  Process& hostile = copyWithScriptedOwner(arguments);
+  EXPECT_TRUE(hostile.waitForLine("request TARGETS", 5s)) << "the owner was never asked";
+  EXPECT_EQ(window.isOn("Active"), true) << "the window answers meanwhile";
+
+  ASSERT_TRUE(copyWithXclip("of a good owner"));
+  EXPECT_TRUE(eventually([&] { return window.detailText() == "of a good owner"; })) << window.tree();
+  EXPECT_TRUE(program().isRunning());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Modes, HostileOwnersTest,
+    ::testing::Values(Hostility{"never", {"never"}}, Hostility{"targetsOnly", {"targets-only"}},
+                      Hostility{"incrStall", {"incr-stall"}},
+                      Hostility{"incrStallsLater", {"incr-stall", "--chunks", "2"}},
+                      Hostility{"drip", {"drip"}}, Hostility{"diesOnTargets", {"die-on-targets"}},
+                      Hostility{"diesOnData", {"die-on-data"}}, Hostility{"diesInIncr", {"die-in-incr"}},
+                      Hostility{"wrongType", {"wrong-type"}}, Hostility{"wrongFormat", {"wrong-format"}},
+                      Hostility{"wrongTargets", {"wrong-targets"}},
+                      Hostility{"manyTargets", {"many-targets"}},
+                      Hostility{"invalidAtoms", {"invalid-atoms"}}, Hostility{"longNames", {"long-names"}},
+                      Hostility{"late", {"late", "--delay", "1500"}}),
+    [](const auto& suite) { return suite.param.name; });
+
+class LateOwnersTest : public DesktopTest {};
+
+// What an owner says after another one has come belongs to nobody.
+TEST_F(LateOwnersTest, whatComesTooLateIsNotTakenForTheNextCopy) {
+  const WindowReader window = openProgram();
+  copyWithScriptedOwner({"late", "--delay", "1500", "--text", "too late"});
+  ASSERT_TRUE(copyWithXclip("in time"));
+  ASSERT_TRUE(eventually([&] { return window.detailText() == "in time"; })) << window.tree();
+  EXPECT_FALSE(eventually([&] { return window.shows("too late"); }, 2500ms)) << window.tree();
+}
+
+}  // namespace
+}  // namespace tarnix::test

@@ -1,0 +1,65 @@
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <chrono>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "desktop/desktop_fixture.h"
+
+namespace tarnix::test {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::HasSubstr;
+
+constexpr int kFailure = 1;
+
+class SessionEndTest : public DesktopTest {};
+
+TEST_F(SessionEndTest, withoutADisplayThereIsAMessage) {
+  for (const char* display : {"", ":4711", "nonsense"}) {
+    auto surroundings = environment();
+    surroundings["DISPLAY"] = display;
+    Process process({"/bin/sh", "-c", TARNIX_PROGRAM " 2>&1"}, {.environment = surroundings});
+    EXPECT_THAT(process.readAll(10s), HasSubstr("tarnix: ")) << display;
+    EXPECT_EQ(process.wait(10s), kFailure) << display;
+  }
+}
+
+TEST_F(SessionEndTest, aDisplayThatGoesAwayEndsTheProgramAndLosesNoSetting) {
+  const WindowReader window = openProgram();
+  ASSERT_TRUE(copyWithXclip("something"));
+  ASSERT_TRUE(eventually([&] { return window.rowCount() == 1; }));
+  ASSERT_TRUE(window.flip("Active"));
+  ASSERT_TRUE(eventually([&] { return window.isOn("Active") == false; }));
+  screen().kill();
+  EXPECT_EQ(program().wait(20s), kFailure) << "ends by itself, and not by a signal";
+
+  std::ifstream file(home() / ".config/tarnix/settings.plist");
+  const std::string settings{std::istreambuf_iterator<char>(file), {}};
+  EXPECT_THAT(settings, HasSubstr("<false/>"));
+}
+
+TEST_F(SessionEndTest, copiesOnAnotherServerAreNotOurs) {
+  const WindowReader window = openProgram();
+  const Screen other;
+  auto elsewhere = environment();
+  elsewhere["DISPLAY"] = other.display();
+  Process copy({"xclip", "-selection", "clipboard"}, {.environment = elsewhere, .isOutputRead = false});
+  copy.feed("elsewhere");
+  ASSERT_EQ(copy.wait(10s), 0);
+  ASSERT_TRUE(copyWithXclip("here"));
+  ASSERT_TRUE(eventually([&] { return window.detailText() == "here"; })) << window.tree();
+  EXPECT_EQ(window.rowCount(), 1U);
+}
+
+TEST_F(SessionEndTest, signalsEndTheProgramCleanly) {
+  openProgram();
+  ASSERT_EQ(kill(program().id(), SIGTERM), 0);
+  EXPECT_EQ(program().wait(10s), 0);
+}
+
+}  // namespace
+}  // namespace tarnix::test
