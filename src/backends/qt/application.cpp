@@ -1,7 +1,6 @@
 #include "backends/qt/application.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <QPalette>
 #include <optional>
 
@@ -46,7 +45,6 @@ struct Application::Impl : QObject {
   Impl(int& argc, char** argv)
       : application(prepared(argc), argv), termination([this] { application.quit(); }) {
     registerResources();
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/tarnix/tarnix.svg")));
     applyPalette();
     application.installEventFilter(this);
   }

@@ -31,6 +31,7 @@ class ListPresenter : public WidgetPresenter<QWidget> {
     showSearch(element.modifier<modifiers::Searchable>());
     isShowing_ = true;
     model_.show(element.children);
+    rows_->refresh();
     showSelection();
     isShowing_ = false;
   }

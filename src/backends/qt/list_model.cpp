@@ -105,6 +105,7 @@ int ListModel::lineCount() const {
 }
 
 ListModel::Line ListModel::lineAt(int line) const {
+  if (blocks_.empty()) return {};
   const auto startsBehind = [&](const Block& block) { return block.firstLine > line; };
   const auto next = std::ranges::find_if(blocks_, startsBehind);
   const Block& block = *std::prev(next);

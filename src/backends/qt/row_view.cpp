@@ -45,6 +45,11 @@ RowView::RowView(ListModel& model, QWidget* parent) : QAbstractItemView(parent),
   viewport()->setAutoFillBackground(false);
 }
 
+void RowView::refresh() {
+  layOutAgain();
+  announceRowNames(*this);
+}
+
 void RowView::selectRow(std::optional<int> row, bool scrolls) {
   if (!row) {
     selectionModel()->clear();
@@ -59,7 +64,7 @@ void RowView::selectRow(std::optional<int> row, bool scrolls) {
   }
   if (!scrolls) return;
   isRevealing_ = true;
-  scrollTo(index);
+  if (isVisible()) scrollTo(index);
 }
 
 std::vector<int> RowView::visibleRows() const {
@@ -170,8 +175,10 @@ void RowView::adjustScrollBar() {
   isAdjustingBar_ = wasAdjusting;
 }
 
+// A hidden view may have any size; it is laid out when it is shown.
 void RowView::layOutAgain() {
   heights_.clear();
+  if (!isVisible()) return;
   top_ = std::clamp(top_, Top{}, lastTop());
   if (isRevealing_) scrollTo(currentIndex());
   adjustScrollBar();
@@ -180,18 +187,6 @@ void RowView::layOutAgain() {
 
 void RowView::updateGeometries() {
   QAbstractItemView::updateGeometries();
-  layOutAgain();
-}
-
-void RowView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
-                          const QList<int>& roles) {
-  QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
-  layOutAgain();
-  announceRowNames(*this);
-}
-
-void RowView::rowsInserted(const QModelIndex& parent, int start, int end) {
-  QAbstractItemView::rowsInserted(parent, start, end);
   layOutAgain();
 }
 

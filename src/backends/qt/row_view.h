@@ -16,7 +16,9 @@ class RowView : public QAbstractItemView {
   // The model outlives the view.
   explicit RowView(ListModel& model, QWidget* parent = nullptr);
 
-  // Selects the row and scrolls it into sight; nothing where absent.
+  // To be called when the model shows something else.
+  void refresh();
+  // Selects the row, or none, and brings it into sight if asked to.
   void selectRow(std::optional<int> row, bool scrolls);
   // Rows in sight, from the first to the last, the cut ones included.
   std::vector<int> visibleRows() const;
@@ -37,16 +39,13 @@ class RowView : public QAbstractItemView {
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
 
-  void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
-                   const QList<int>& roles) override;
-  void rowsInserted(const QModelIndex& parent, int start, int end) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
   void updateGeometries() override;
   void scrollContentsBy(int dx, int dy) override;
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;

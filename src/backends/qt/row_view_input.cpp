@@ -112,8 +112,8 @@ void RowView::changeEvent(QEvent* event) {
   if (event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange) layOutAgain();
 }
 
-void RowView::resizeEvent(QResizeEvent* event) {
-  QAbstractItemView::resizeEvent(event);
+void RowView::showEvent(QShowEvent* event) {
+  QAbstractItemView::showEvent(event);
   layOutAgain();
 }
 

@@ -1,9 +1,12 @@
 #include "backends/qt/window.h"
 
 #include <QEvent>
+#include <QIcon>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWidget>
 #include <QWindow>
+#include <utility>
 
 #include "backends/qt/renderer.h"
 
@@ -54,12 +57,19 @@ struct Window::Impl : QWidget {
   }
 
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::Expose) tellVisibility();
+    if (event->type() == QEvent::Expose) {
+      tellVisibility();
+      if (!std::exchange(hasIcon, true)) QTimer::singleShot(0, this, &Impl::addIcon);
+    }
     return QWidget::eventFilter(watched, event);
   }
 
+  // Drawing it takes a while, so that it waits until the window has been painted.
+  void addIcon() { setWindowIcon(QIcon(QStringLiteral(":/tarnix/tarnix.svg"))); }
+
   ViewGraph& graph;
   Renderer renderer;
+  bool hasIcon = false;
 };
 
 Window::Window(ViewGraph& graph) : impl_(std::make_unique<Impl>(graph)) {}

@@ -110,10 +110,21 @@ TEST(List, rowsAreKnownByTheirPosition) {
   EXPECT_EQ(nameOf(top), "new");
   EXPECT_EQ(nameOf(stage.list()->child(3)), "clip 0");
   EXPECT_EQ(stage.list()->child(3)->text(QAccessible::Description), "4");
+}
+
+TEST(List, emptiedWhileScrolledStartsAtItsTopAgain) {
+  ListStage stage(1000);
+  stage.selection = stage.tagOf(900);
+  stage.showAgain();
   stage.titles.clear();
   stage.tags.clear();
   stage.showAgain();
   EXPECT_EQ(stage.list()->childCount(), 0);
+  EXPECT_EQ(stage.view().verticalScrollBar()->maximum(), 0);
+  stage.add("new");
+  stage.showAgain();
+  EXPECT_THAT(stage.view().visibleRows(), ElementsAre(0));
+  EXPECT_GT(stage.view().visualRect(stage.view().model()->index(0, 0)).top(), 0) << "below the header";
 }
 
 TEST(List, aPickWritesTheTagOfItsRow) {
