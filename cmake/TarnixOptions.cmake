@@ -2,7 +2,9 @@
 
 find_program(TARNIX_CCACHE ccache)
 if(TARNIX_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${TARNIX_CCACHE})
+  # With paths taken as relative, every checkout and every build directory shares what any of them has compiled.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+      ${TARNIX_CCACHE})
 endif()
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
