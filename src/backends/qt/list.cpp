@@ -14,21 +14,24 @@ constexpr QMargins kSearchMargins(12, 12, 12, 8);
 // The rows, and above them the field that searches them where there is one.
 class ListPresenter : public WidgetPresenter<QWidget> {
  public:
-  explicit ListPresenter(Rendering& rendering)
-      : WidgetPresenter(rendering), rows_(std::make_unique<RowView>(model_)) {
+  ListPresenter(Rendering& rendering, bool isSearchable) : WidgetPresenter(rendering) {
     auto* const layout = new QVBoxLayout(widget());
     layout->setContentsMargins({});
     layout->setSpacing(0);
-    layout->addWidget(rows_.get());
-    QObject::connect(rows_->selectionModel(), &QItemSelectionModel::selectionChanged, rows_.get(),
-                     [this] { pick(); });
+    // In the order in which the keyboard walks through them.
+    if (isSearchable) addSearch(*layout);
+    addRows(*layout);
   }
   // The view lets go of the model before the model goes.
   ~ListPresenter() override { rows_.reset(); }
 
+  bool canShow(const Element& element) const override {
+    return (element.modifier<modifiers::Searchable>() != nullptr) == (search_ != nullptr);
+  }
+
   void show(const Element& element) override {
     element_ = &element;
-    showSearch(element.modifier<modifiers::Searchable>());
+    if (search_) showSearch(*element.modifier<modifiers::Searchable>());
     isShowing_ = true;
     model_.show(element.children);
     rows_->refresh();
@@ -54,24 +57,25 @@ class ListPresenter : public WidgetPresenter<QWidget> {
     if (tag) call(list().selection.set, tag);
   }
 
-  void showSearch(const modifiers::Searchable* searchable) {
-    if (searchable == nullptr) {
-      search_.reset();
-      return;
-    }
-    searched_ = searchable->text;
-    if (!search_) addSearch();
+  void showSearch(const modifiers::Searchable& searchable) {
+    searched_ = searchable.text;
     const QString text = toQString(searched_.get());
     if (search_->text() != text) search_->setText(text);
   }
 
-  void addSearch() {
+  void addRows(QVBoxLayout& layout) {
+    rows_ = std::make_unique<RowView>(model_);
+    layout.addWidget(rows_.get());
+    QObject::connect(rows_->selectionModel(), &QItemSelectionModel::selectionChanged, rows_.get(),
+                     [this] { pick(); });
+  }
+
+  void addSearch(QVBoxLayout& layout) {
     search_ = std::make_unique<SearchField>();
-    auto& layout = static_cast<QVBoxLayout&>(*widget()->layout());
     auto* const place = new QHBoxLayout;
     place->setContentsMargins(kSearchMargins);
     place->addWidget(search_.get());
-    layout.insertLayout(0, place);
+    layout.addLayout(place);
     search_->setLeave([this] { rows_->setFocus(Qt::TabFocusReason); });
     QObject::connect(search_.get(), &QLineEdit::textChanged, search_.get(), [this](const QString& text) {
       const String searched = fromQString(text);
@@ -91,7 +95,8 @@ class ListPresenter : public WidgetPresenter<QWidget> {
 }  // namespace
 
 std::unique_ptr<Presenter> makeList(Rendering& rendering, const Element& element) {
-  return make<ListPresenter>(rendering, element);
+  const bool isSearchable = element.modifier<modifiers::Searchable>() != nullptr;
+  return std::make_unique<ListPresenter>(rendering, isSearchable);
 }
 
 }  // namespace tarnix::qt

@@ -54,6 +54,8 @@ NavigationSplit::NavigationSplit(QWidget* parent) : QSplitter(Qt::Horizontal, pa
   (new QVBoxLayout(sidebar_))->setContentsMargins({});
   addWidget(sidebar_);
   addWidget(makeDetailColumn());
+  // The last that is added would be the first for assistive tools.
+  sidebar_->lower();
   setStretchFactor(0, 0);
   setStretchFactor(1, 1);
   setSizes({kSidebarWidth, kDetailWidth});

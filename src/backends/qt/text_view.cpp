@@ -1,3 +1,5 @@
+#include <QCoreApplication>
+
 #include "backends/qt/kinds.h"
 #include "backends/qt/plain_text_view.h"
 
@@ -7,6 +9,7 @@ namespace {
 class TextViewPresenter : public WidgetPresenter<PlainTextView> {
  public:
   explicit TextViewPresenter(Rendering& rendering) : WidgetPresenter(rendering) {
+    widget()->setAccessibleName(QCoreApplication::translate("tarnix", "Text"));
     widget()->setFrameShape(QFrame::NoFrame);
     widget()->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   }

@@ -1,5 +1,6 @@
 #include "backends/qt/window.h"
 
+#include <QAbstractItemView>
 #include <QEvent>
 #include <QIcon>
 #include <QTimer>
@@ -44,6 +45,9 @@ struct Window::Impl : QWidget {
   void showEvent(QShowEvent* event) override {
     QWidget::showEvent(event);
     windowHandle()->installEventFilter(this);
+    // The rows can be walked through at once, and no cursor blinks while nobody types.
+    auto* const rows = findChild<QAbstractItemView*>();
+    if (focusWidget() == nullptr && rows != nullptr) rows->setFocus(Qt::ActiveWindowFocusReason);
   }
 
   void hideEvent(QHideEvent* event) override {

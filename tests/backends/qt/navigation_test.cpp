@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QSplitter>
+#include <QTest>
 
 #include "backends/qt/row_view.h"
 #include "backends/qt/stage.h"
@@ -59,6 +62,20 @@ TEST(NavigationView, showsTheTitleAndTheItemsOfTheDetail) {
   stage.show(navigation(Text("side"), Text("none")));
   EXPECT_FALSE(stage.has(QAccessible::StaticText, "File"));
   EXPECT_FALSE(stage.has(QAccessible::Button, "Copy"));
+}
+
+TEST(NavigationView, isReadAndWalkedThroughFromTheSidebarOn) {
+  Stage stage;
+  std::optional<UUID> selection;
+  String search;
+  stage.show(navigation(sidebarOf(selection, search), TextView("detail")));
+  const auto* const split = stage.window().findChild<QSplitter*>();
+  auto* const tree = QAccessible::queryAccessibleInterface(const_cast<QSplitter*>(split));
+  EXPECT_EQ(tree->child(0)->object(), split->widget(0));
+  auto* const field = stage.window().findChild<QLineEdit*>();
+  field->setFocus();
+  QTest::keyClick(field, Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), stage.window().findChild<RowView*>());
 }
 
 }  // namespace

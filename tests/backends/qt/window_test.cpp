@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QLabel>
 #include <csignal>
@@ -67,6 +68,19 @@ TEST_F(WindowTest, aHiddenOrMinimisedWindowIsNotEvaluated) {
     EXPECT_EQ(*view_.evaluations, before + 1) << isMinimised;
     EXPECT_EQ(widget().findChild<QLabel*>()->text(), QString::number(*view_.number));
   }
+}
+
+TEST(WindowFocus, startsInTheRows) {
+  RunLoop loop{[] { return RunLoop::Instant(0); }};
+  std::optional<UUID> selection;
+  String search;
+  ViewGraph graph(VStack({List(bindingTo(selection), {Section("Tarnix", {})})
+                              .searchable(bindingTo(search), modifiers::SearchFieldPlacement::sidebar)}),
+                  loop);
+  Window window(graph);
+  window.show();
+  Stage::settle();
+  EXPECT_NE(dynamic_cast<QAbstractItemView*>(QApplication::focusWidget()), nullptr);
 }
 
 TEST(TerminationSignals, callFromTheEventLoopAndGiveTheSignalsBack) {
