@@ -12,6 +12,7 @@
 #include "backends/x11/pasteboard.h"
 #include "backends/x11/x_server.h"
 #include "history/content_view.h"
+#include "platform/swiftui/view_graph.h"
 #include "support/process.h"
 
 namespace tarnix {

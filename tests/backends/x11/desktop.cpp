@@ -18,6 +18,10 @@ void Desktop::settle() {
   const auto answer = connection.onReply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection.xcb()),
                                                                       [&](auto) { isAnswered = true; });
   EXPECT_TRUE(runUntil([&] { return isAnswered; }));
+  // Polls that this has released come at their own interval.
+  bool isOver = false;
+  const auto moment = loop.scheduleOnce(5ms, [&] { isOver = true; });
+  EXPECT_TRUE(runUntil([&] { return isOver; }));
 }
 
 test::Process& Desktop::start(const Command& command) {

@@ -30,7 +30,7 @@ class Desktop : public ::testing::Test {
   bool runUntilChange(int count) {
     return runUntil([&] { return pasteboard->changeCount() > count; });
   }
-  // Long enough for whatever is on its way to arrive.
+  // Runs until what the server has sent so far, and what follows from it, is done.
   void settle();
 
   // Starts a program on this display. It ends with the test.

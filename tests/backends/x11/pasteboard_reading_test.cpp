@@ -1,0 +1,207 @@
+#include <gmock/gmock.h>
+
+#include "backends/x11/desktop.h"
+#include "backends/x11/peer.h"
+
+namespace tarnix::x11 {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using testing::Peer;
+
+class PasteboardReading : public testing::Desktop {
+ protected:
+  // Takes the clipboard with these answers, TARGETS made from their names, and waits until that is seen.
+  bool offer(Peer& peer, std::map<std::string, Peer::Answer> answers) {
+    std::vector<std::string> targets;
+    for (const auto& [target, answer] : answers) targets.push_back(target);
+    answers["TARGETS"] = {"ATOM", 32, peer.atomBytes(targets)};
+    peer.answers = std::move(answers);
+    const int count = pasteboard->changeCount();
+    peer.own();
+    return runUntilChange(count);
+  }
+};
+
+TEST_F(PasteboardReading, showsWhatOtherProgramsCopy) {
+  EXPECT_EQ(pasteboard->changeCount(), 0);
+  EXPECT_TRUE(items().empty());
+
+  ASSERT_TRUE(copyText("Grüße \xF0\x9F\x8C\x8D"));
+  EXPECT_EQ(text(), "Grüße \xF0\x9F\x8C\x8D");
+  EXPECT_THAT(types(), ElementsAre("public.utf8-plain-text"));
+  const auto first = items();
+  EXPECT_EQ(first, items());
+
+  ASSERT_TRUE(copy({"xsel", "-b", "-i"}, "from another program"));
+  EXPECT_EQ(text(), "from another program");
+  EXPECT_NE(first, items());
+  EXPECT_EQ(first[0]->stringForType(NSPasteboardTypeString), "Grüße \xF0\x9F\x8C\x8D");
+
+  ASSERT_TRUE(copy({"xsel", "-b", "-c"}));
+  EXPECT_TRUE(items().empty());
+  EXPECT_EQ(text(), "(no text)");
+}
+
+TEST_F(PasteboardReading, looksAtTheClipboardOnly) {
+  Peer peer(server.display(), loop);
+  xcb_set_selection_owner(peer.connection().xcb(), peer.window(), XCB_ATOM_PRIMARY, XCB_CURRENT_TIME);
+  peer.connection().flushSoon();
+  ASSERT_TRUE(copyText("clipboard"));
+  EXPECT_THAT(peer.requests, ElementsAre());
+  EXPECT_EQ(pasteboard->changeCount(), 1);
+}
+
+TEST_F(PasteboardReading, knowsWhatWasCopiedBeforeTheStart) {
+  ASSERT_TRUE(copyText("early"));
+  session.reset();
+  pasteboard.reset();
+  open();
+  EXPECT_EQ(text(), "early");
+  EXPECT_EQ(pasteboard->changeCount(), 1);
+}
+
+TEST_F(PasteboardReading, asksForEachRepresentationOnceAndForNothingElse) {
+  test::Process& program = owner({"good",
+                                  "--text",
+                                  "words",
+                                  "--rtf",
+                                  "{\\rtf1 words}",
+                                  "--html",
+                                  "<b>words</b>",
+                                  "--source",
+                                  "org.app",
+                                  "--uri",
+                                  "/tmp/a b",
+                                  "--uri",
+                                  "/tmp/c",
+                                  "--offer",
+                                  "image/png=x",
+                                  "--offer",
+                                  "DELETE=x",
+                                  "--offer",
+                                  "application/x-openoffice-link=x",
+                                  "--offer",
+                                  "application/vnd.portal.filetransfer=x",
+                                  "--offer",
+                                  "x-special/gnome-copied-files=copy"});
+  ASSERT_TRUE(runUntilChange(0));
+  EXPECT_EQ(text(), "words");
+  EXPECT_EQ(pasteboard->stringForType(NSPasteboardTypeRTF), "{\\rtf1 words}");
+  EXPECT_EQ(pasteboard->stringForType({"org.nspasteboard.source"}), "org.app");
+  ASSERT_EQ(items().size(), 2U);
+  EXPECT_EQ(path(0), "/tmp/a b");
+  EXPECT_EQ(path(1), "/tmp/c");
+  EXPECT_THAT(types(1), ElementsAre("public.file-url"));
+  EXPECT_EQ(types(0).front(), "public.file-url");
+  EXPECT_EQ(items()[0]->stringForType({"public.html"}), std::nullopt);
+  settle();
+  EXPECT_EQ(program.readAll(200ms),
+            "request TARGETS\nrequest text/plain;charset=utf-8\nrequest text/uri-list\nrequest text/rtf\n"
+            "request org.nspasteboard.source\n");
+}
+
+TEST_F(PasteboardReading, readsEachEncodingByTheTypeOfTheAnswer) {
+  Peer peer(server.display(), loop);
+  const std::vector<std::pair<std::map<std::string, Peer::Answer>, std::string>> cases{
+      {{{"STRING", {"STRING", 8, "caf\xE9"}}}, "café"},
+      {{{"STRING", {"UTF8_STRING", 8, "caf\xC3\xA9"}}}, "café"},
+      {{{"TEXT", {"COMPOUND_TEXT", 8, "caf\xE9"}}}, "café"},
+      {{{"COMPOUND_TEXT", {"COMPOUND_TEXT", 8, "\x1B$(B0l"}}}, "(no text)"},
+      {{{"text/plain;charset=utf-16", {"text/plain;charset=utf-16", 8, std::string("\xFE\xFF\0H\0i", 6)}}},
+       "Hi"},
+      // The best that is offered is taken, and the next best when it does not come.
+      {{{"UTF8_STRING", {"UTF8_STRING", 8, "best"}}, {"STRING", {"STRING", 8, "worse"}}}, "best"},
+      {{{"UTF8_STRING", {"PIXMAP", 8, "lie"}}, {"STRING", {"STRING", 8, "honest"}}}, "honest"},
+      {{{"UTF8_STRING", {"UTF8_STRING", 32, "lies"}}}, "(no text)"},
+      {{{"UTF8_STRING", {"UTF8_STRING", 8, ""}}}, ""},
+  };
+  for (const auto& [answers, expected] : cases) {
+    ASSERT_TRUE(offer(peer, answers));
+    EXPECT_EQ(text(), expected) << answers.begin()->first;
+    EXPECT_EQ(types().size(), 1U);
+  }
+}
+
+TEST_F(PasteboardReading, takesListsOfFilesInEveryDress) {
+  Peer peer(server.display(), loop);
+  ASSERT_TRUE(offer(peer, {{"x-special/gnome-copied-files",
+                            {"x-special/gnome-copied-files", 8, "cut\nfile:///a%20b\nfile:///c"}}}));
+  ASSERT_EQ(items().size(), 2U);
+  EXPECT_EQ(path(0), "/a b");
+  EXPECT_EQ(path(1), "/c");
+
+  ASSERT_TRUE(
+      offer(peer, {{"text/uri-list", {"text/uri-list", 8, "file:///a\r\n"}},
+                   {"UTF8_STRING", {"UTF8_STRING", 8, "x-special/nautilus-clipboard\ncopy\nfile:///a\n"}}}));
+  ASSERT_EQ(items().size(), 1U);
+  EXPECT_EQ(text(), "/a");
+
+  ASSERT_TRUE(offer(peer, {{"text/uri-list", {"text/uri-list", 8, "https://example.org/\r\n"}}}));
+  ASSERT_EQ(items().size(), 1U);
+  EXPECT_THAT(types(), ElementsAre("public.url"));
+}
+
+TEST_F(PasteboardReading, takesRtfOnlyWhereItIsSome) {
+  Peer peer(server.display(), loop);
+  ASSERT_TRUE(offer(peer, {{"text/richtext", {"text/richtext", 8, "<bold>not RTF</bold>"}}}));
+  EXPECT_EQ(pasteboard->stringForType(NSPasteboardTypeRTF), std::nullopt);
+  ASSERT_TRUE(offer(peer, {{"text/richtext", {"text/richtext", 8, "{\\rtf1}"}}}));
+  EXPECT_EQ(pasteboard->stringForType(NSPasteboardTypeRTF), "{\\rtf1}");
+}
+
+TEST_F(PasteboardReading, asksProgramsWithoutTargetsForText) {
+  Peer peer(server.display(), loop);
+  peer.answers["STRING"] = {"STRING", 8, "old"};
+  peer.own();
+  ASSERT_TRUE(runUntilChange(0));
+  EXPECT_EQ(text(), "old");
+  EXPECT_THAT(types(), ElementsAre("public.utf8-plain-text"));
+}
+
+TEST_F(PasteboardReading, takesLargeTextsWithOrWithoutIncrements) {
+  Peer peer(server.display(), loop);
+  std::string large;
+  while (large.size() < 12'000'000) large += "line " + std::to_string(large.size()) + " \xE2\x82\xAC\n";
+  ASSERT_TRUE(offer(peer, {{"UTF8_STRING", {"UTF8_STRING", 8, large}}}));
+  EXPECT_TRUE(text() == large);
+
+  ASSERT_TRUE(copyText(large));
+  EXPECT_TRUE(text() == large);
+}
+
+TEST_F(PasteboardReading, leavesNoPropertyBehind) {
+  Peer peer(server.display(), loop);
+  std::vector<std::pair<xcb_window_t, xcb_atom_t>> written;
+  peer.onRequest = [&](const Peer::Request& request) {
+    written.emplace_back(request.requestor, request.property);
+    return false;
+  };
+  ASSERT_TRUE(offer(peer, {{"UTF8_STRING", {"PIXMAP", 32, "lies"}}, {"STRING", {"STRING", 8, "text"}}}));
+  settle();
+  ASSERT_EQ(written.size(), 3U);
+  for (const auto& [window, property] : written) {
+    const auto cookie = xcb_get_property(peer.connection().xcb(), 0, window, property, 0, 0, 0);
+    const Owned<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(peer.connection().xcb(), cookie, nullptr));
+    EXPECT_EQ(reply->type, XCB_ATOM_NONE);
+  }
+}
+
+TEST_F(PasteboardReading, goesSilentWhenTheServerIsLost) {
+  ASSERT_TRUE(copyText("last"));
+  int losses = 0;
+  session->setClosed([&] { ++losses; });
+  server.kill();
+  ASSERT_TRUE(runUntil([&] { return losses > 0; }));
+  EXPECT_EQ(text(), "last");
+  EXPECT_EQ(pasteboard->clearContents(), 2);
+  EXPECT_TRUE(pasteboard->setString("mine", NSPasteboardTypeString));
+  EXPECT_EQ(text(), "mine");
+  EXPECT_FALSE(pasteboard->handOver());
+  EXPECT_FALSE(loop.nextDue());
+}
+
+}  // namespace
+}  // namespace tarnix::x11
