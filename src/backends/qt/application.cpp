@@ -43,7 +43,7 @@ struct DesktopColors {
 // Follows the desktop: each change of its colours gives ours anew.
 struct Application::Impl : QObject {
   Impl(int& argc, char** argv)
-      : application(prepared(argc), argv), termination([this] { application.quit(); }) {
+      : application(prepared(argc), argv), termination([] { QCoreApplication::quit(); }) {
     registerResources();
     applyPalette();
     application.installEventFilter(this);

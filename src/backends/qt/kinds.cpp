@@ -10,12 +10,12 @@ namespace {
 using Make = std::unique_ptr<Presenter> (*)(Rendering&, const Element&);
 using Makers = std::array<Make, std::variant_size_v<Element::Content>>;
 
-template <typename Kind, std::size_t index = 0>
+template <typename Kind, std::size_t Index = 0>
 constexpr std::size_t indexOf() {
-  if constexpr (std::is_same_v<Kind, std::variant_alternative_t<index, Element::Content>>) {
-    return index;
+  if constexpr (std::is_same_v<Kind, std::variant_alternative_t<Index, Element::Content>>) {
+    return Index;
   } else {
-    return indexOf<Kind, index + 1>();
+    return indexOf<Kind, Index + 1>();
   }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QAbstractItemView>
+#include <optional>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -56,7 +58,10 @@ class RowView : public QAbstractItemView {
   struct Top {
     int line = 0;
     int hidden = 0;
-    friend auto operator<=>(const Top&, const Top&) = default;
+    friend bool operator==(const Top&, const Top&) = default;
+    friend bool operator<(const Top& a, const Top& b) {
+      return std::tie(a.line, a.hidden) < std::tie(b.line, b.hidden);
+    }
   };
   struct Placed {
     int line;
