@@ -1,8 +1,34 @@
 #include "backends/x11/desktop.h"
 
+#include <time.h>
+
+#include <algorithm>
+
 namespace tarnix::x11::testing {
 
 using namespace std::chrono_literals;
+
+namespace {
+
+// Time that this thread has worked; waiting, and other programs' work, don't count.
+RunLoop::Duration timeWorked() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+}  // namespace
+
+bool Desktop::runUntil(const std::function<bool()>& condition, RunLoop::Duration limit) {
+  RunLoop::Duration before = timeWorked();
+  const auto check = [&] {
+    longestTurn = std::max(longestTurn, timeWorked() - before);
+    const bool holds = condition();
+    before = timeWorked();
+    return holds;
+  };
+  return driver.runUntil(check, limit);
+}
 
 void Desktop::open() {
   auto opened = Session::open(server.display(), loop);

@@ -24,9 +24,8 @@ class Desktop : public ::testing::Test {
   void SetUp() override { open(); }
   void open();
 
-  bool runUntil(const std::function<bool()>& condition, RunLoop::Duration limit = kLimit) {
-    return driver.runUntil(condition, limit);
-  }
+  // Notes in `longestTurn` for how long a turn of the loop has used the processor at most.
+  bool runUntil(const std::function<bool()>& condition, RunLoop::Duration limit = kLimit);
   bool runUntilChange(int count) {
     return runUntil([&] { return pasteboard->changeCount() > count; });
   }
@@ -58,6 +57,7 @@ class Desktop : public ::testing::Test {
   std::unique_ptr<Session> session;
   std::shared_ptr<Pasteboard> pasteboard;
   std::list<test::Process> programs;
+  RunLoop::Duration longestTurn{};
 };
 
 }  // namespace tarnix::x11::testing

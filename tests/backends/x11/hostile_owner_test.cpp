@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
         Expectation{{"many-targets"}, "text of many-targets", 1, 5s},
         Expectation{{"invalid-atoms"}, "text of invalid-atoms", 1, 1s},
         Expectation{{"long-names"}, "text of long-names", 1, 2s},
-        Expectation{{"late", "--delay", "2500"}, "(no text)", 0, 4s},
+        Expectation{{"late", "--delay", "1200"}, "(no text)", 0, 4s},
         Expectation{{"late", "--delay", "200"}, "text of late", 1, 2s},
         Expectation{{"secret"}, "(no text)", 0, 1s}),
     [](const ::testing::TestParamInfo<Expectation>& each) {
