@@ -45,6 +45,8 @@ struct Application::Impl : QObject {
   Impl(int& argc, char** argv)
       : application(prepared(argc), argv), termination([] { QCoreApplication::quit(); }) {
     registerResources();
+    // A steady text cursor: a blinking one would wake an idle program up several times a second.
+    QApplication::setCursorFlashTime(0);
     applyPalette();
     application.installEventFilter(this);
   }
