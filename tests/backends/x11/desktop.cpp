@@ -23,6 +23,7 @@ bool Desktop::runUntil(const std::function<bool()>& condition, RunLoop::Duration
   RunLoop::Duration before = timeWorked();
   const auto check = [&] {
     longestTurn = std::max(longestTurn, timeWorked() - before);
+    allTurns += timeWorked() - before;
     const bool holds = condition();
     before = timeWorked();
     return holds;

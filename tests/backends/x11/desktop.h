@@ -24,7 +24,7 @@ class Desktop : public ::testing::Test {
   void SetUp() override { open(); }
   void open();
 
-  // Notes in `longestTurn` for how long a turn of the loop has used the processor at most.
+  // Notes for how long the turns of the loop have used the processor: the longest one and all together.
   bool runUntil(const std::function<bool()>& condition, RunLoop::Duration limit = kLimit);
   bool runUntilChange(int count) {
     return runUntil([&] { return pasteboard->changeCount() > count; });
@@ -58,6 +58,7 @@ class Desktop : public ::testing::Test {
   std::shared_ptr<Pasteboard> pasteboard;
   std::list<test::Process> programs;
   RunLoop::Duration longestTurn{};
+  RunLoop::Duration allTurns{};
 };
 
 }  // namespace tarnix::x11::testing

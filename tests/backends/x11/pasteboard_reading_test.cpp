@@ -169,7 +169,7 @@ TEST_F(PasteboardReading, takesLargeTextsInShortTurnsWithOrWithoutIncrements) {
 
   ASSERT_TRUE(copyText(large));
   EXPECT_TRUE(text() == large);
-  EXPECT_LT(longestTurn, 50ms);
+  EXPECT_LT(longestTurn, allTurns / 4) << "the work is spread over many turns";
 }
 
 TEST_F(PasteboardReading, leavesNoPropertyBehind) {

@@ -131,9 +131,9 @@ TEST_F(PasteboardWriting, sendsLargeTextsByteForByteInShortTurns) {
   std::string large;
   while (large.size() < 20'000'000) large += "line " + std::to_string(large.size()) + " caf\xC3\xA9\n";
   write(large);
-  longestTurn = {};
+  longestTurn = allTurns = {};
   EXPECT_TRUE(pastedAs("UTF8_STRING") == large);
-  EXPECT_LT(longestTurn, 50ms);
+  EXPECT_LT(longestTurn, allTurns / 4) << "the work is spread over many turns";
 
   std::string latin1;
   while (latin1.size() < 1'000'000) latin1 += "caf\xE9 ";
