@@ -1,0 +1,87 @@
+#pragma once
+
+#include <concepts>
+#include <limits>
+#include <optional>
+#include <type_traits>
+
+namespace tarnix {
+
+// What counts as a number: every integer and floating type, but not a truth value.
+template <typename T>
+concept Number = std::is_arithmetic_v<T> && !std::same_as<std::remove_cv_t<T>, bool>;
+
+namespace exact_number {
+
+template <Number T>
+constexpr bool isNegative(T value) {
+  if constexpr (std::is_signed_v<T>) return value < 0;
+  return false;
+}
+
+// The first power of two that lies above every value of the integer type; each floating type holds it.
+template <std::integral Integer, std::floating_point Real>
+constexpr Real kUpperLimit = static_cast<Real>(std::numeric_limits<Integer>::max() / 2 + 1) * 2;
+
+template <std::integral To, std::floating_point From>
+constexpr bool isInRange(From value) {
+  constexpr From kUpper = kUpperLimit<To, From>;
+  return value < kUpper && value >= (std::is_signed_v<To> ? -kUpper : From{0});
+}
+
+// False for NaN, the infinities, and what lies beyond the largest finite value of `To`.
+template <std::floating_point To, std::floating_point From>
+constexpr bool isFiniteAs(From value) {
+  using Limits = std::numeric_limits<To>;
+  if constexpr (Limits::max_exponent < std::numeric_limits<From>::max_exponent) {
+    return value >= static_cast<From>(Limits::lowest()) && value <= static_cast<From>(Limits::max());
+  } else {
+    return value >= std::numeric_limits<From>::lowest() && value <= std::numeric_limits<From>::max();
+  }
+}
+
+template <std::floating_point To, std::floating_point From>
+constexpr std::optional<To> fromReal(From value) {
+  using Limits = std::numeric_limits<From>;
+  if (value != value) return std::numeric_limits<To>::quiet_NaN();
+  if (value == Limits::infinity()) return std::numeric_limits<To>::infinity();
+  if (value == -Limits::infinity()) return -std::numeric_limits<To>::infinity();
+  if (!isFiniteAs<To>(value)) return std::nullopt;
+  const To converted = static_cast<To>(value);
+  return static_cast<From>(converted) == value ? std::optional(converted) : std::nullopt;
+}
+
+template <std::integral To, std::floating_point From>
+constexpr std::optional<To> fromReal(From value) {
+  if (!isInRange<To>(value)) return std::nullopt;
+  const To converted = static_cast<To>(value);
+  return static_cast<From>(converted) == value ? std::optional(converted) : std::nullopt;
+}
+
+template <std::integral To, std::integral From>
+constexpr std::optional<To> fromInteger(From value) {
+  const To converted = static_cast<To>(value);
+  const bool isSame = static_cast<From>(converted) == value && isNegative(converted) == isNegative(value);
+  return isSame ? std::optional(converted) : std::nullopt;
+}
+
+template <std::floating_point To, std::integral From>
+constexpr std::optional<To> fromInteger(From value) {
+  const To converted = static_cast<To>(value);
+  return fromReal<From>(converted) == value ? std::optional(converted) : std::nullopt;
+}
+
+}  // namespace exact_number
+
+// The number as another type, if that type holds exactly the same value. NaN is a value of the floating types
+// and stays NaN; either zero of a floating type is the integer 0.
+template <Number To, Number From>
+constexpr std::optional<To> exactly(From value) {
+  if constexpr (std::integral<From>) {
+    return exact_number::fromInteger<To>(value);
+  } else {
+    return exact_number::fromReal<To>(value);
+  }
+}
+
+}  // namespace tarnix
