@@ -7,13 +7,21 @@
 
 namespace tarnix {
 
-// What counts as a number: every integer and floating type, but not a truth value.
+namespace exact_number {
+
+template <typename T, typename... Others>
+constexpr bool kIsOneOf = (std::same_as<std::remove_cv_t<T>, Others> || ...);
+
+}
+
+// Every integer and floating type, but no truth value and no character. `int8_t` and `uint8_t` are numbers.
 template <typename T>
-concept Number = std::is_arithmetic_v<T> && !std::same_as<std::remove_cv_t<T>, bool>;
+concept IsNumber =
+    std::is_arithmetic_v<T> && !exact_number::kIsOneOf<T, bool, char, wchar_t, char8_t, char16_t, char32_t>;
 
 namespace exact_number {
 
-template <Number T>
+template <IsNumber T>
 constexpr bool isNegative(T value) {
   if constexpr (std::is_signed_v<T>) return value < 0;
   return false;
@@ -75,7 +83,7 @@ constexpr std::optional<To> fromInteger(From value) {
 
 // The number as another type, if that type holds exactly the same value. NaN is a value of the floating types
 // and stays NaN; either zero of a floating type is the integer 0.
-template <Number To, Number From>
+template <IsNumber To, IsNumber From>
 constexpr std::optional<To> exactly(From value) {
   if constexpr (std::integral<From>) {
     return exact_number::fromInteger<To>(value);
