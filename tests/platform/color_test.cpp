@@ -1,0 +1,101 @@
+#include "platform/swiftui/color.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace tarnix {
+namespace {
+
+static_assert(IsNSSecureCoding<NSColor>);
+
+CGColor colorIn(const char* space, std::vector<CGFloat> components) {
+  return CGColorCreate(CGColorSpaceCreateWithName(space).value(), std::move(components)).value();
+}
+
+CGColor deviceColor() { return CGColorCreate(CGColorSpace::deviceRGB(), {0.25, 0.5, 0.75, 1}).value(); }
+
+// What archiving and unarchiving makes of a colour.
+std::optional<NSColor> copied(const NSColor& color) {
+  const auto data = NSKeyedArchiver::archivedDataWithRootObject(color, true);
+  return data ? NSKeyedUnarchiver::unarchivedObject<NSColor>(*data) : std::nullopt;
+}
+
+TEST(CGColor, hasTheComponentsOfItsSpaceAndAnAlpha) {
+  for (const char* name : {"kCGColorSpaceSRGB", "kCGColorSpaceExtendedSRGB", "kCGColorSpaceDisplayP3",
+                           "kCGColorSpaceLinearSRGB"}) {
+    const auto space = CGColorSpaceCreateWithName(name);
+    ASSERT_TRUE(space) << name;
+    EXPECT_EQ(space->name, name);
+    EXPECT_TRUE(CGColorCreate(*space, {0, 0.5, -1.5, 1})) << name;
+    EXPECT_FALSE(CGColorCreate(*space, {0, 0.5, 1})) << name;
+    EXPECT_FALSE(CGColorCreate(*space, {0, 0, 0, 0, 0})) << name;
+    EXPECT_FALSE(CGColorCreate(*space, {0, std::nan(""), 0, 1})) << name;
+  }
+  const auto gray = CGColorSpaceCreateWithName("kCGColorSpaceGenericGrayGamma2_2");
+  ASSERT_TRUE(gray);
+  EXPECT_TRUE(CGColorCreate(*gray, {0.5, 1}));
+  EXPECT_FALSE(CGColorCreate(*gray, {}));
+  for (const char* name : {"", "sRGB", "kCGColorSpaceSRGB "}) EXPECT_FALSE(CGColorSpaceCreateWithName(name));
+}
+
+TEST(CGColor, isComparedBySpaceAndComponents) {
+  EXPECT_EQ(colorIn("kCGColorSpaceSRGB", {1, 0, 0, 1}), colorIn("kCGColorSpaceSRGB", {1, 0, 0, 1}));
+  EXPECT_NE(colorIn("kCGColorSpaceSRGB", {1, 0, 0, 1}), colorIn("kCGColorSpaceDisplayP3", {1, 0, 0, 1}));
+  EXPECT_NE(colorIn("kCGColorSpaceSRGB", {1, 0, 0, 1}), colorIn("kCGColorSpaceSRGB", {1, 0, 0, 0}));
+}
+
+TEST(NSColor, comesBackFromItsArchive) {
+  const NSColor colors[] = {
+      NSColor::initWithCGColor(colorIn("kCGColorSpaceDisplayP3", {0.1, 0.2, 0.3, 0.4})),
+      NSColor::initWithCGColor(colorIn("kCGColorSpaceGenericGrayGamma2_2", {0.5, 1})),
+      NSColor::initWithCGColor(deviceColor()),
+      NSColor::systemColor("labelColor"),
+  };
+  for (const NSColor& color : colors) {
+    EXPECT_EQ(copied(color), color);
+    EXPECT_NE(color.cgColor().has_value(), color.systemColorName().has_value());
+  }
+  constexpr auto kInfinity = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(copied(NSColor::initWithCGColor(colorIn("kCGColorSpaceExtendedSRGB", {kInfinity, 0, 0, 1}))),
+            std::nullopt);
+}
+
+TEST(NSColor, isNotMadeOfUnfitValues) {
+  const auto decoded = [](const std::optional<String>& space, const std::vector<double>& components) {
+    NSCoder coder;
+    coder.encode("colorSpaceName", space);
+    coder.encode("components", components);
+    return NSColor::initWithCoder(coder);
+  };
+  EXPECT_EQ(decoded({}, {0.25, 0.5, 0.75, 1}), NSColor::initWithCGColor(deviceColor()));
+  EXPECT_EQ(decoded({}, {1, 1}), std::nullopt);
+  EXPECT_EQ(decoded("kCGColorSpaceSRGB", {1, 1}), std::nullopt);
+  EXPECT_EQ(decoded("elsewhere", {1, 1, 1, 1}), std::nullopt);
+  NSCoder coder;
+  EXPECT_EQ(NSColor::initWithCoder(coder), std::nullopt);
+  coder.encode("components", std::vector<double>{0, 0, 0, 1});
+  EXPECT_EQ(NSColor::initWithCoder(coder), std::nullopt);
+}
+
+TEST(Color, ofComponentsHasThemInSRGB) {
+  EXPECT_EQ(Color(1, 0.5, 0).cgColor(), colorIn("kCGColorSpaceSRGB", {1, 0.5, 0, 1}));
+  EXPECT_EQ(Color(1, 0.5, 0, 0.25).cgColor(), colorIn("kCGColorSpaceSRGB", {1, 0.5, 0, 0.25}));
+  EXPECT_EQ(Color(std::nan(""), 0, 0), Color(0, 0, 0));
+  EXPECT_EQ(Color(deviceColor()).cgColor(), deviceColor());
+}
+
+TEST(Color, semanticOnesHaveNoComponentsAndComeBackFromTheToolkit) {
+  const Color colors[] = {Color::accentColor(), Color::primary(), Color::secondary()};
+  for (const Color& color : colors) {
+    EXPECT_EQ(color.cgColor(), std::nullopt);
+    EXPECT_EQ(Color(copied(color.nsColor()).value()), color);
+  }
+  EXPECT_NE(colors[0], colors[1]);
+  EXPECT_NE(colors[1], colors[2]);
+  EXPECT_EQ(Color(Color(1, 0, 0).nsColor()), Color(1, 0, 0));
+}
+
+}  // namespace
+}  // namespace tarnix
