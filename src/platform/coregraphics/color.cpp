@@ -25,8 +25,8 @@ std::optional<CGColorSpace> CGColorSpaceCreateWithName(const String& name) {
   return CGColorSpace{name, space->numberOfComponents};
 }
 
-CGColor::CGColor(const CGColorSpace& space, std::vector<CGFloat> components)
-    : colorSpace_(space), components_(std::move(components)) {}
+CGColor::CGColor(CGColorSpace space, std::vector<CGFloat> components)
+    : colorSpace_(std::move(space)), components_(std::move(components)) {}
 
 std::optional<CGColor> CGColorCreate(const CGColorSpace& space, std::vector<CGFloat> components) {
   const bool isNumber = std::ranges::none_of(components, [](CGFloat each) { return std::isnan(each); });

@@ -36,7 +36,7 @@ class CGColor {
 
  private:
   friend std::optional<CGColor> CGColorCreate(const CGColorSpace& space, std::vector<CGFloat> components);
-  CGColor(const CGColorSpace& space, std::vector<CGFloat> components);
+  CGColor(CGColorSpace space, std::vector<CGFloat> components);
 
   CGColorSpace colorSpace_;
   std::vector<CGFloat> components_;

@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 #include <type_traits>
+#include <utility>
 
 namespace tarnix {
 
@@ -20,12 +21,6 @@ concept IsNumber =
     std::is_arithmetic_v<T> && !exact_number::kIsOneOf<T, bool, char, wchar_t, char8_t, char16_t, char32_t>;
 
 namespace exact_number {
-
-template <IsNumber T>
-constexpr bool isNegative(T value) {
-  if constexpr (std::is_signed_v<T>) return value < 0;
-  return false;
-}
 
 // The first power of two that lies above every value of the integer type; each floating type holds it.
 template <std::integral Integer, std::floating_point Real>
@@ -48,12 +43,17 @@ constexpr bool isFiniteAs(From value) {
   }
 }
 
+// An infinity or NaN as the same of another type.
+template <std::floating_point To, std::floating_point From>
+constexpr To fromUnbounded(From value) {
+  using Limits = std::numeric_limits<To>;
+  if (value > 0) return Limits::infinity();
+  return value < 0 ? -Limits::infinity() : Limits::quiet_NaN();
+}
+
 template <std::floating_point To, std::floating_point From>
 constexpr std::optional<To> fromReal(From value) {
-  using Limits = std::numeric_limits<From>;
-  if (value != value) return std::numeric_limits<To>::quiet_NaN();
-  if (value == Limits::infinity()) return std::numeric_limits<To>::infinity();
-  if (value == -Limits::infinity()) return -std::numeric_limits<To>::infinity();
+  if (!isFiniteAs<From>(value)) return fromUnbounded<To>(value);
   if (!isFiniteAs<To>(value)) return std::nullopt;
   const To converted = static_cast<To>(value);
   return static_cast<From>(converted) == value ? std::optional(converted) : std::nullopt;
@@ -68,9 +68,7 @@ constexpr std::optional<To> fromReal(From value) {
 
 template <std::integral To, std::integral From>
 constexpr std::optional<To> fromInteger(From value) {
-  const To converted = static_cast<To>(value);
-  const bool isSame = static_cast<From>(converted) == value && isNegative(converted) == isNegative(value);
-  return isSame ? std::optional(converted) : std::nullopt;
+  return std::in_range<To>(value) ? std::optional(static_cast<To>(value)) : std::nullopt;
 }
 
 template <std::floating_point To, std::integral From>

@@ -66,7 +66,7 @@ class JSONDecoder {
   }
 
  private:
-  static std::optional<CodedValue> read(std::string_view json);
+  static std::optional<CodedValue> read(std::string_view text);
 };
 
 }  // namespace tarnix

@@ -68,13 +68,14 @@ std::optional<URLParts> URLParts::of(std::string_view text) {
 bool URLParts::isFile() const { return isWord(scheme, "file"); }
 
 std::optional<String> URLParts::filePath() const {
+  constexpr std::string_view kHiddenSeparators("\0/", 2);
   const bool isLocal = !authority || authority->empty() || isWord(*authority, "localhost");
   const bool isComplete = !authority || path.starts_with('/');
   if (!isLocal || !isComplete || !tail.empty()) return std::nullopt;
   std::string decoded;
   for (auto rest = path; !rest.empty();) {
     const auto byte = encodedByte(rest);
-    if (byte == '\0' || byte == '/') return std::nullopt;
+    if (byte && isOneOf(*byte, kHiddenSeparators)) return std::nullopt;
     decoded += byte.value_or(rest[0]);
     rest.remove_prefix(byte ? 3 : 1);
   }
