@@ -19,6 +19,13 @@ if(TARNIX_SANITIZE)
   target_compile_options(tarnix_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                          -fno-omit-frame-pointer)
   target_link_options(tarnix_options INTERFACE -fsanitize=address,undefined)
+elseif(TARNIX_SANITIZE_THREAD)
+  target_compile_options(tarnix_options INTERFACE -fsanitize=thread)
+  target_link_options(tarnix_options INTERFACE -fsanitize=thread)
+elseif(TARNIX_FUZZ)
+  target_compile_options(tarnix_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                         -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(tarnix_options INTERFACE -fsanitize=address,undefined)
 elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
   target_compile_options(tarnix_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -D_GLIBCXX_ASSERTIONS
                          -fstack-protector-strong -fstack-clash-protection -fcf-protection=full -fPIE)

@@ -1,7 +1,9 @@
 #include "app/session_platform.h"
 
 #include <cstring>
+#include <filesystem>
 #include <iostream>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -36,7 +38,7 @@ std::string_view reasonOf(linux_desktop::StorageFailure::Kind kind) {
     case Kind::unwritable:
       return "their file can't be written";
     case Kind::damaged:
-      return "their file was damaged and was set aside";
+      return "their file is damaged, and is kept under another name";
     case Kind::unrepresentable:
       return "a value has no form in their file";
     case Kind::tooLarge:
@@ -52,10 +54,10 @@ void reportSettingsFailure(const linux_desktop::StorageFailure& failure) {
 }
 
 // Settings live for the run only where the environment names no home.
-std::unique_ptr<DefaultsStorage> settingsStorage() {
-  const auto file = linux_desktop::defaultSettingsFile();
+std::unique_ptr<DefaultsStorage> settingsStorage(const std::optional<std::filesystem::path>& file,
+                                                 RunLoop& loop) {
   if (!file) return std::make_unique<MemoryDefaultsStorage>();
-  return std::make_unique<linux_desktop::FileDefaultsStorage>(*file, reportSettingsFailure);
+  return std::make_unique<linux_desktop::FileDefaultsStorage>(*file, reportSettingsFailure, &loop);
 }
 
 std::shared_ptr<NSWorkspace> workspaceOf(const std::shared_ptr<x11::WindowServer>& windows, RunLoop& loop) {
@@ -83,7 +85,11 @@ Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop) {
   platform.workspace = workspaceOf(session.windowServer(), *platform.mainRunLoop);
   platform.windowServer = session.windowServer();
   platform.screens = session.screens();
-  platform.standardUserDefaults = std::make_shared<NSUserDefaults>(settingsStorage());
+  platform.standardUserDefaults = std::make_shared<NSUserDefaults>(
+      settingsStorage(linux_desktop::defaultSettingsFile(), *platform.mainRunLoop));
+  platform.suites = std::make_shared<DefaultsSuites>([loop = platform.mainRunLoop](const String& name) {
+    return settingsStorage(linux_desktop::suiteSettingsFile(name.str()), *loop);
+  });
   return platform;
 }
 

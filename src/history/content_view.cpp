@@ -53,11 +53,11 @@ View sidebarButton() {
 
 }  // namespace
 
-std::shared_ptr<const Defaults::Key<bool>> watchingKey() {
-  static std::shared_ptr<const Defaults::Key<bool>> key;
-  const auto& suite = Platform::installed().standardUserDefaults;
-  if (!key || key->suite() != suite) key = std::make_shared<Defaults::Key<bool>>("watching", true, suite);
-  return key;
+const Defaults::Key<bool>& watchingKey() {
+  static std::optional<Defaults::Key<bool>> key;
+  const Defaults::Suite& suite = NSUserDefaults::standardUserDefaults();
+  if (!key || key->suite() != suite) key.emplace("watching", true, suite);
+  return *key;
 }
 
 ContentView::ContentView()

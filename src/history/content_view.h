@@ -14,7 +14,7 @@
 namespace tarnix {
 
 // Whether new clips are taken from the pasteboard; true unless the user turned it off.
-std::shared_ptr<const Defaults::Key<bool>> watchingKey();
+const Defaults::Key<bool>& watchingKey();
 
 // The one view of the window: the searchable list of clips with the switch and the clear button below it, and
 // beside it the selected clip. Holds the history and carries out its operations. Making one takes the first

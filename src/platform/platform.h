@@ -9,6 +9,7 @@
 #include "platform/appkit/workspace.h"
 #include "platform/coregraphics/window_list.h"
 #include "platform/foundation/date.h"
+#include "platform/foundation/defaults_suites.h"
 #include "platform/foundation/run_loop.h"
 #include "platform/foundation/user_defaults.h"
 
@@ -24,6 +25,7 @@ struct Platform {
   std::shared_ptr<CGWindowServer> windowServer;
   std::shared_ptr<NSScreenList> screens;
   std::shared_ptr<NSUserDefaults> standardUserDefaults;
+  std::shared_ptr<DefaultsSuites> suites;
   std::shared_ptr<NSApplication> application = std::make_shared<NSApplication>();
 
   // The installed platform. One must be installed.

@@ -1,56 +1,52 @@
 #pragma once
 
+#include <concepts>
 #include <memory>
 #include <utility>
 
-#include "platform/combine/observable_object.h"
 #include "platform/swiftui/state.h"
-#include "settings/defaults.h"
+#include "settings/observable.h"
 
 namespace tarnix {
 
-namespace Defaults {
-
-// Tells its observers when the stored value of a key has changed, by anyone.
-template <typename Value>
-class Observable final : public ObservableObject {
- public:
-  explicit Observable(std::shared_ptr<const Key<Value>> key)
-      : key_(std::move(key)), subscription_(key_->suite()->changes().sink([this](const String& name) {
-          if (name == key_->name()) sendWillChange();
-        })) {}
-
-  Value value() const { return get(*key_); }
-  void setValue(const Value& value) { set(*key_, value); }
-
- private:
-  std::shared_ptr<const Key<Value>> key_;
-  AnyCancellable subscription_;
-};
-
-}  // namespace Defaults
-
-// A setting in a view: reads and writes the store, and evaluates the view again when the setting changes.
-template <typename Value>
+// A setting in a view: reads and writes the store, and evaluates the view again when the setting changes. A
+// member of the view's state. Main thread only.
+template <typename T>
 class Default {
  public:
-  explicit Default(std::shared_ptr<const Defaults::Key<Value>> key)
-      : key_(key), observable_([key] { return std::make_shared<Defaults::Observable<Value>>(key); }) {}
+  explicit Default(Defaults::Key<T> key)
+      : key_(std::move(key)), observable_([key = key_] { return Defaults::Observable<T>::make(key); }) {}
 
-  Value get() const { return Defaults::get(*key_); }
-  void set(const Value& value) const { Defaults::set(*key_, value); }
-  Binding<Value> projectedValue() const {
-    return {[key = key_] { return Defaults::get(*key); },
-            [key = key_](const Value& value) { Defaults::set(*key, value); }};
+  T get() const { return observable_->value(); }
+  void set(const T& value) const { observable_->setValue(value); }
+  // One read, the change, one write.
+  template <std::invocable<T&> Change>
+  void update(Change change) const {
+    defaults[observable_->key()].update(change);
+  }
+  Binding<T> projectedValue() const {
+    return {[observable = observable_] { return observable->value(); },
+            [observable = observable_](const T& value) { observable->setValue(value); }};
   }
 
+  T defaultValue() const { return key_.defaultValue(); }
+  bool isDefaultValue() const requires std::equality_comparable<T> { return get() == defaultValue(); }
+  // The present value first.
+  Publisher<Defaults::KeyChange<T>> publisher() const {
+    return Defaults::publisher(key_, Defaults::ObservationOption::initial);
+  }
+  void reset() const { key_.reset(); }
+
+  // The view keeps what stood in its place before; its own key stays.
+  void adopt(const Default& former) { observable_ = former.observable_; }
   void attach(const std::shared_ptr<ViewInvalidation>& invalidation) const {
+    observable_->setKey(key_);
     observable_.attach(invalidation);
   }
 
  private:
-  std::shared_ptr<const Defaults::Key<Value>> key_;
-  StateObject<Defaults::Observable<Value>> observable_;
+  Defaults::Key<T> key_;
+  StateObject<Defaults::Observable<T>> observable_;
 };
 
 }  // namespace tarnix

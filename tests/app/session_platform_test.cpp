@@ -7,7 +7,9 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <utility>
 
+#include "backends/linux/defaults_file.h"
 #include "backends/linux/poll_driver.h"
 #include "backends/x11/pasteboard.h"
 #include "backends/x11/x_server.h"
@@ -94,6 +96,31 @@ TEST_F(SessionPlatformTest, aCopyOfAnUnknownProgramHasNoSource) {
   ASSERT_TRUE(clip.has_value());
   EXPECT_FALSE(clip->sourceAppId.has_value());
   EXPECT_TRUE(clip->date.has_value());
+}
+
+class Told final : public NSObject {
+ public:
+  void observeValueForKeyPath(const String&, const std::shared_ptr<NSObject>&,
+                              const NSKeyValueChangeDictionary*, void*) override {
+    ++times;
+  }
+  int times = 0;
+};
+
+TEST_F(SessionPlatformTest, settingsAndSuitesAreFilesThatOtherProcessesMayWrite) {
+  const auto settings = std::filesystem::path(folder_) / "tarnix";
+  const std::pair<std::shared_ptr<NSUserDefaults>, std::filesystem::path> suites[] = {
+      {NSUserDefaults::standardUserDefaults(), settings / "settings.plist"},
+      {NSUserDefaults::initWithSuiteName("org.example.suite"), settings / "suites/org.example.suite.plist"}};
+  for (const auto& [defaults, file] : suites) {
+    const auto observer = std::make_shared<Told>();
+    defaults->addObserver(observer, "theirs", 0, nullptr);
+    linux_desktop::FileDefaultsStorage(file).setObject("theirs", {true});
+    EXPECT_TRUE(driver_.runUntil([&] { return observer->times > 0; }, 20s)) << file;
+    EXPECT_EQ(defaults->objectForKey("theirs"), PropertyList{true});
+    defaults->setObject(PropertyList{String("text")}, "ours");
+    EXPECT_EQ(linux_desktop::FileDefaultsStorage(file).object("ours"), PropertyList{String("text")});
+  }
 }
 
 }  // namespace

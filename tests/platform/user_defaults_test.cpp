@@ -3,9 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "platform/foundation/defaults_suites.h"
 
 namespace tarnix {
 namespace {
@@ -13,86 +16,116 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-PropertyList text(const char* value) { return {String(value)}; }
-
-class NSUserDefaultsTest : public testing::Test {
- protected:
-  std::optional<PropertyList> object(const char* key) const { return defaults->objectForKey(key); }
-
-  MemoryDefaultsStorage* storage = new MemoryDefaultsStorage;
-  std::unique_ptr<NSUserDefaults> defaults =
-      std::make_unique<NSUserDefaults>(std::unique_ptr<DefaultsStorage>(storage));
-  std::vector<std::string> changed;
-  AnyCancellable recording =
-      defaults->changes().sink([this](const String& key) { changed.push_back(key.str()); });
-};
-
-TEST_F(NSUserDefaultsTest, storedValuesStandInFrontOfRegisteredOnes) {
-  defaults->setObject(text("stored"), "both");
-  defaults->registerDefaults({{"both", text("default")}, {"default", text("default")}});
-  defaults->setObject(text("stored"), "stored");
-  EXPECT_EQ(object("both"), text("stored"));
-  EXPECT_EQ(object("default"), text("default"));
-  EXPECT_EQ(object("neither"), std::nullopt);
-  EXPECT_THAT(defaults->dictionaryRepresentation(), ElementsAre(std::pair(String("both"), text("stored")),
-                                                                std::pair(String("default"), text("default")),
-                                                                std::pair(String("stored"), text("stored"))));
-}
-
-TEST_F(NSUserDefaultsTest, removingAStoredValueBringsTheRegisteredOneBack) {
-  defaults->registerDefaults({{"key", text("default")}});
-  defaults->setObject(text("stored"), "key");
-  defaults->setObject(std::nullopt, "key");
-  EXPECT_EQ(object("key"), text("default"));
-  EXPECT_THAT(storage->contents(), IsEmpty());
-}
-
-TEST_F(NSUserDefaultsTest, registeredDefaultsAreNeverStoredAndLaterOnesReplaceEarlier) {
-  defaults->registerDefaults({{"a", text("1")}, {"b", text("1")}});
-  defaults->registerDefaults({{"b", text("2")}});
-  EXPECT_EQ(object("a"), text("1"));
-  EXPECT_EQ(object("b"), text("2"));
-  EXPECT_THAT(storage->contents(), IsEmpty());
-  EXPECT_THAT(changed, IsEmpty());
-}
-
-TEST_F(NSUserDefaultsTest, tellsOfEveryStoredChangeAndOfNothingElse) {
-  defaults->registerDefaults({{"registered", text("default")}});
-  defaults->setObject(text("1"), "key");
-  defaults->setObject(text("1"), "key");
-  defaults->removeObjectForKey("key");
-  defaults->removeObjectForKey("key");
-  defaults->removeObjectForKey("registered");
-  defaults->setObject(std::nullopt, "absent");
-  EXPECT_THAT(changed, ElementsAre("key", "key", "key"));
-}
-
-TEST_F(NSUserDefaultsTest, observersFindTheNewValueAndMayWriteOrDestroy) {
-  std::vector<std::optional<PropertyList>> seen;
-  const auto observer = defaults->changes().sink([&](const String& key) {
-    if (key == "seen") return;
-    seen.push_back(defaults->objectForKey(key));
-    defaults->setObject(seen.back(), "seen");
-    if (!seen.back()) defaults.reset();
-  });
-  defaults->setObject(text("1"), "key");
-  EXPECT_EQ(object("seen"), text("1"));
-  defaults->removeObjectForKey("key");
-  EXPECT_THAT(seen, ElementsAre(text("1"), std::nullopt));
-  EXPECT_EQ(defaults, nullptr);
-}
-
-TEST_F(NSUserDefaultsTest, allCanBeRemovedWhileGoingThroughThem) {
-  for (const char* key : {"a", "b", "c"}) defaults->setObject(text("1"), key);
-  for (const auto& [key, value] : defaults->dictionaryRepresentation()) defaults->removeObjectForKey(key);
-  EXPECT_THAT(defaults->dictionaryRepresentation(), IsEmpty());
-  EXPECT_THAT(changed, ElementsAre("a", "b", "c", "a", "b", "c"));
-}
-
 TEST(PropertyList, keepsItsKindsApart) {
-  const std::vector<PropertyList> ones{{true}, {std::int64_t{1}}, {std::uint64_t{1}}, {1.0}, {String("1")}};
+  const std::vector<PropertyList> ones{{true},           {std::int64_t{1}}, {std::uint64_t{1}},
+                                       {std::int8_t{1}}, {std::uint8_t{1}}, {1.0},
+                                       {1.0F},           {String("1")}};
   for (std::size_t i = 0; i < ones.size(); ++i) {
     for (std::size_t j = 0; j < ones.size(); ++j) EXPECT_EQ(ones[i] == ones[j], i == j) << i << " and " << j;
+  }
+}
+
+// A storage whose other processes are this test.
+class SharedStorage final : public DefaultsStorage {
+ public:
+  std::optional<PropertyList> object(const String& key) const override { return own_.object(key); }
+  PropertyList::Dictionary contents() const override { return own_.contents(); }
+  void setObject(const String& key, PropertyList object) override { own_.setObject(key, std::move(object)); }
+  void removeObject(const String& key) override { own_.removeObject(key); }
+  void setForeignChangeHandler(std::function<void()> handler) override { handler_ = std::move(handler); }
+  std::vector<String> takeForeignChanges() override { return std::exchange(foreign_, {}); }
+
+  // Another process sets both to the same.
+  void changeElsewhere(const String& first, const String& second, std::int64_t value) {
+    for (const String& key : {first, second}) own_.setObject(key, {value});
+    foreign_ = {first, second};
+    if (handler_) handler_();
+  }
+  bool isListenedTo() const { return handler_ != nullptr; }
+
+ private:
+  MemoryDefaultsStorage own_;
+  std::function<void()> handler_;
+  std::vector<String> foreign_;
+};
+
+class Lines final : public NSObject {
+ public:
+  void observeValueForKeyPath(const String& keyPath, const std::shared_ptr<NSObject>&,
+                              const NSKeyValueChangeDictionary* change, void*) override {
+    const auto text = [](const auto& value) -> std::string {
+      if (!value) return "-";
+      const auto* const list = std::get_if<PropertyList>(&*value);
+      return list == nullptr ? "null" : std::to_string(*list->template as<std::int64_t>());
+    };
+    lines.push_back(keyPath.str() + ": " + text(change->oldValue) + " -> " + text(change->newValue));
+    if (const auto call = then) call();  // A copy, since it may put an end to itself.
+  }
+
+  std::vector<std::string> lines;
+  std::function<void()> then;
+};
+
+TEST(NSUserDefaults, tellsOfWhatOtherProcessesChangeAsOfItsOwn) {
+  auto storage = std::make_unique<SharedStorage>();
+  SharedStorage& shared = *storage;
+  const auto defaults = std::make_shared<NSUserDefaults>(std::move(storage));
+  const auto observer = std::make_shared<Lines>();
+  for (const char* key : {"a", "b"}) defaults->addObserver(observer, key, 3, nullptr);
+  shared.changeElsewhere("a", "b", 1);
+  EXPECT_THAT(std::exchange(observer->lines, {}), ElementsAre("a: null -> 1", "b: null -> 1"));
+  EXPECT_EQ(defaults->objectForKey("b"), PropertyList{std::int64_t{1}});
+
+  observer->then = [&] {
+    observer->then = nullptr;
+    defaults->setObject(PropertyList{std::int64_t{3}}, "b");
+  };
+  shared.changeElsewhere("a", "b", 2);
+  EXPECT_THAT(observer->lines, ElementsAre("a: 1 -> 2", "b: 1 -> 3", "b: 3 -> 3"))
+      << "what is written here meanwhile stays";
+  EXPECT_EQ(defaults->objectForKey("b"), PropertyList{std::int64_t{3}});
+}
+
+TEST(DefaultsSuites, opensEachSuiteOnceAndKeepsIt) {
+  std::vector<std::string> opened;
+  DefaultsSuites suites([&](const String& name) {
+    opened.push_back(name.str());
+    return std::make_unique<MemoryDefaultsStorage>();
+  });
+  suites.named("org.example.a")->setObject(PropertyList{true}, "key");
+  const auto other = suites.named("org.example.b");
+  EXPECT_EQ(suites.named("org.example.a")->objectForKey("key"), PropertyList{true});
+  EXPECT_EQ(other, suites.named("org.example.b"));
+  EXPECT_EQ(other->objectForKey("key"), std::nullopt);
+  EXPECT_THAT(opened, ElementsAre("org.example.a", "org.example.b"));
+}
+
+TEST(DefaultsSuites, refusesNamesThatAreNoFileNames) {
+  std::vector<std::string> opened;
+  DefaultsSuites suites([&](const String& name) {
+    opened.push_back(name.str());
+    return std::make_unique<MemoryDefaultsStorage>();
+  });
+  const String refused[] = {"",
+                            ".",
+                            "..",
+                            ".hidden",
+                            "-option",
+                            "_",
+                            "a/b",
+                            "a b",
+                            "a\\b",
+                            "\u00e4",
+                            "a\n",
+                            std::string_view("a\0", 2),
+                            "../settings",
+                            "a:b",
+                            "a%2f",
+                            std::string(101, 'a')};
+  for (const String& name : refused) EXPECT_EQ(suites.named(name), nullptr) << name.str();
+  EXPECT_THAT(opened, IsEmpty());
+  for (const String& name : {String("a"), String("9"), String("A-b_c.d"), String(std::string(100, 'a'))}) {
+    EXPECT_NE(suites.named(name), nullptr) << name.str();
   }
 }
 

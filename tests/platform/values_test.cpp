@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <unordered_set>
+#include <utility>
 
 #include "platform/foundation/url.h"
 #include "platform/foundation/ut_type.h"
@@ -104,6 +106,64 @@ TEST(URL, deletesTheExtensionOfTheLastComponentOnly) {
   };
   for (const auto& [path, without] : cases) EXPECT_EQ(URL(path).deletingPathExtension().path(), without);
   EXPECT_EQ(URL("/Apps/Editor.app/").deletingPathExtension(), URL("/Apps/Editor/"));
+}
+
+TEST(URL, aFileComesBackFromItsAbsoluteText) {
+  const std::pair<URL, const char*> cases[] = {
+      {URL("/a b/"), "file:///a%20b/"},
+      {URL("/a-._~Z9"), "file:///a-._~Z9"},
+      {URL("/50%25?#[;\xC3\xA4\xFF"), "file:///50%2525%3F%23%5B%3B%C3%A4%FF"},
+      {URL("/"), "file:///"},
+      {URL("//host/a"), "file:////host/a"},
+      {URL("name/b/"), "file:name/b/"},
+      {URL("file:///a"), "file:file%3A///a"},
+      {URL(""), "file:"},
+  };
+  for (const auto& [url, text] : cases) {
+    EXPECT_EQ(url.absoluteString(), text);
+    EXPECT_EQ(URL::fromString(text), url) << text;
+  }
+  for (const char* text : {"file:/a%20b/", "FILE://LocalHost/%61%20b/", "file://localhost/a%20b//"}) {
+    EXPECT_EQ(URL::fromString(text), URL("/a b/")) << text;
+  }
+}
+
+TEST(URL, readsNoFileFromElsewhereOrWithHiddenSeparators) {
+  for (const char* text : {"file://host/a", "file://", "file:///a%00b", "file:///a%2Fb", "file:///a%2fb",
+                           "file:///a?b", "file:///a#b", "file:///a%2", "file:///a%zz", "file:///a%+1"}) {
+    EXPECT_EQ(URL::fromString(text), std::nullopt) << text;
+  }
+}
+
+TEST(URL, otherAbsoluteOnesKeepTheirText) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"https://example.org/a%20b?c#d", "/a%20b", "a%20b"},
+      {"HTTPS://u@[::1]:80/a/?x=/y", "/a", "a"},
+      {"http://example.org", "", ""},
+      {"mailto:a@example.org", "a@example.org", "a@example.org"},
+      {"x-a.b+1:", "", ""},
+  };
+  for (const auto& [text, path, last] : cases) {
+    const auto url = URL::fromString(text);
+    ASSERT_TRUE(url) << text;
+    EXPECT_FALSE(url->isFileURL()) << text;
+    EXPECT_EQ(url->absoluteString(), text);
+    EXPECT_EQ(url->path(), path);
+    EXPECT_EQ(url->lastPathComponent(), last);
+    EXPECT_NE(*url, URL(path)) << text;
+  }
+  EXPECT_NE(URL::fromString("https://a/b"), URL::fromString("https://c/b"));
+  EXPECT_EQ(URL::fromString("https://a/b.d/c.html?q=1.2")->deletingPathExtension(),
+            URL::fromString("https://a/b.d/c?q=1.2"));
+  EXPECT_EQ(URL::fromString("https://a/b.d/#c.d")->deletingPathExtension(),
+            URL::fromString("https://a/b/#c.d"));
+}
+
+TEST(URL, readsNoRelativeAndNoMalformedText) {
+  for (const char* text : {"", "a", "/a", "//a/b", "?a:b", ":a", "1a:b", "a b:c", "\xC3\xA4:b", "http://a b",
+                           "http://a/\xC3\xA4", "http://a/<b>", "http://a/\n", "http://a/%", "http://a/%4"}) {
+    EXPECT_EQ(URL::fromString(text), std::nullopt) << text;
+  }
 }
 
 TEST(UTType, isNamedByWellFormedIdentifiersOnly) {

@@ -21,11 +21,19 @@ std::optional<path> baseDirectory(const Environment& environment, const char* va
   return home ? std::optional(*home / fallback) : std::nullopt;
 }
 
+std::optional<path> fileInConfiguration(const Environment& environment, const path& file) {
+  const auto configuration = baseDirectory(environment, "XDG_CONFIG_HOME", ".config");
+  return configuration ? std::optional(*configuration / "tarnix" / file) : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<path> defaultSettingsFile(const Environment& environment) {
-  const auto configuration = baseDirectory(environment, "XDG_CONFIG_HOME", ".config");
-  return configuration ? std::optional(*configuration / "tarnix" / "settings.plist") : std::nullopt;
+  return fileInConfiguration(environment, "settings.plist");
+}
+
+std::optional<path> suiteSettingsFile(const std::string& name, const Environment& environment) {
+  return fileInConfiguration(environment, path("suites") / (name + ".plist"));
 }
 
 std::vector<path> applicationDirectories(const Environment& environment) {

@@ -1,8 +1,10 @@
 #include "backends/linux/defaults_file.h"
 
-#include <string>
+#include <algorithm>
+#include <mutex>
 #include <utility>
 
+#include "backends/linux/file_watch.h"
 #include "backends/linux/property_list_reader.h"
 #include "backends/linux/property_list_writer.h"
 
@@ -18,12 +20,17 @@ constexpr std::size_t kReadLimit = kPropertyListSizeLimit + 1;
 // Absent when the text holds no dictionary. No text at all stands for an empty one.
 std::optional<Dictionary> dictionaryOf(const std::optional<std::string>& xml) {
   if (!xml) return Dictionary();
-  const PropertyListReading reading = readXMLPropertyList(*xml);
-  const Dictionary* const dictionary = reading.value ? reading.value->as<Dictionary>() : nullptr;
-  return dictionary != nullptr ? std::optional(*dictionary) : std::nullopt;
+  PropertyListReading reading = readXMLPropertyList(*xml);
+  Dictionary* const dictionary = reading.value ? std::get_if<Dictionary>(&reading.value->value) : nullptr;
+  return dictionary != nullptr ? std::optional(std::move(*dictionary)) : std::nullopt;
 }
 
-void change(Dictionary& dictionary, const String& key, const std::optional<PropertyList>& object) {
+std::optional<PropertyList> valueIn(const Dictionary& dictionary, const String& key) {
+  const auto found = dictionary.find(key);
+  return found == dictionary.end() ? std::nullopt : std::optional(found->second);
+}
+
+void apply(const String& key, const std::optional<PropertyList>& object, Dictionary& dictionary) {
   if (object) {
     dictionary.insert_or_assign(key, *object);
   } else {
@@ -31,90 +38,196 @@ void change(Dictionary& dictionary, const String& key, const std::optional<Prope
   }
 }
 
-std::optional<StorageFailure> objectionTo(const Dictionary& dictionary) {
-  const std::optional<std::string> xml = xmlPropertyList({dictionary});
+template <typename Changes>
+Dictionary withChanges(Dictionary dictionary, const Changes& changes) {
+  for (const auto& [key, object] : changes) apply(key, object, dictionary);
+  return dictionary;
+}
+
+StorageResult<std::string> textOf(const Dictionary& dictionary) {
+  std::optional<std::string> xml = xmlPropertyList({dictionary});
   if (!xml) return StorageFailure{Kind::unrepresentable};
   if (xml->size() > kPropertyListSizeLimit) return StorageFailure{Kind::tooLarge};
-  return std::nullopt;
+  return *std::move(xml);
+}
+
+// Whether the file would hold the same for both: a date with and without its fraction, one "not a number" and
+// another.
+bool areSameWhenStored(const PropertyList& a, const PropertyList& b) {
+  return a == b || (xmlPropertyList(a) == xmlPropertyList(b) && xmlPropertyList(a));
+}
+
+std::vector<String> keysThatDiffer(const Dictionary& before, const Dictionary& after) {
+  std::vector<String> keys;
+  for (const auto& [key, object] : before) {
+    const auto found = after.find(key);
+    if (found == after.end() || !areSameWhenStored(object, found->second)) keys.push_back(key);
+  }
+  for (const auto& [key, object] : after) {
+    if (!before.contains(key)) keys.push_back(key);
+  }
+  std::ranges::sort(keys);
+  return keys;
 }
 
 }  // namespace
 
-FileDefaultsStorage::FileDefaultsStorage(std::filesystem::path file, Report report)
+// What the storage shares with the thread of the loop, which alone sees the watch.
+class FileDefaultsStorage::Follower : public std::enable_shared_from_this<FileDefaultsStorage::Follower> {
+ public:
+  // On the thread of the loop, once.
+  void start(RunLoop& loop, const std::filesystem::path& file) {
+    watch_ = std::make_unique<FileWatch>(loop, file, [this] { tell(); });
+    tell();
+  }
+
+  void setHandler(std::function<void()> handler) {
+    const std::lock_guard lock(mutex_);
+    handler_ = std::move(handler);
+  }
+
+ private:
+  // Holds the lock, so that only the handler itself can take the handler away while it is under way; should
+  // it end the storage and let the loop turn, this stays until it returns.
+  void tell() {
+    const auto alive = shared_from_this();
+    const std::lock_guard lock(mutex_);
+    if (const std::function<void()> handler = handler_) handler();
+  }
+
+  std::recursive_mutex mutex_;
+  std::function<void()> handler_;
+  std::unique_ptr<FileWatch> watch_;
+};
+
+FileDefaultsStorage::FileDefaultsStorage(std::filesystem::path file, Report report, RunLoop* loop)
     : file_(std::move(file)), report_(std::move(report)) {
   load();
+  if (loop != nullptr) follow(*loop);
 }
 
 FileDefaultsStorage::~FileDefaultsStorage() {
+  if (inbox_) {
+    setForeignChangeHandler({});
+    inbox_->perform([follower = std::move(follower_)] {});  // Ends where it was started.
+  }
   if (!unsaved_.empty()) save();
 }
 
+// The task may run after this object's end, when only the loop itself is sure to be there.
+void FileDefaultsStorage::follow(RunLoop& loop) {
+  inbox_ = loop.inbox();
+  follower_ = std::make_shared<Follower>();
+  inbox_->perform([&loop, file = file_, weak = std::weak_ptr(follower_)] {
+    if (const auto follower = weak.lock()) follower->start(loop, file);
+  });
+}
+
+void FileDefaultsStorage::setForeignChangeHandler(std::function<void()> handler) {
+  if (follower_) follower_->setHandler(std::move(handler));
+}
+
 std::optional<PropertyList> FileDefaultsStorage::object(const String& key) const {
-  const auto found = contents_.find(key);
-  return found == contents_.end() ? std::nullopt : std::optional(found->second);
+  return valueIn(contents_, key);
 }
 
 void FileDefaultsStorage::setObject(const String& key, PropertyList object) {
-  contents_.insert_or_assign(key, object);
+  change(key, std::move(object));
+}
+
+void FileDefaultsStorage::removeObject(const String& key) { change(key, std::nullopt); }
+
+void FileDefaultsStorage::change(const String& key, std::optional<PropertyList> object) {
+  apply(key, object, contents_);
+  unfit_.erase(key);
   unsaved_.insert_or_assign(key, std::move(object));
   save();
 }
 
-void FileDefaultsStorage::removeObject(const String& key) {
-  contents_.erase(key);
-  unsaved_.insert_or_assign(key, std::nullopt);
-  save();
+std::vector<String> FileDefaultsStorage::takeForeignChanges() {
+  StorageResult<std::optional<std::string>> xml = readSharedFile(file_, kReadLimit);
+  if (!xml) return reportOnce(xml.failure()), std::vector<String>();
+  if (!understand(std::move(*xml))) return reportOnce({Kind::damaged}), std::vector<String>();
+  if (unsaved_.empty()) lasting_.clear();
+  if (!std::exchange(hasNews_, false)) return {};
+  const Dictionary present = withChanges(withChanges(stored_, unfit_), unsaved_);
+  const std::vector<String> keys = keysThatDiffer(contents_, present);
+  for (const String& key : keys) apply(key, valueIn(present, key), contents_);
+  return keys;
 }
 
 // A damaged file is looked at again under the lock, should another process have replaced it meanwhile.
 void FileDefaultsStorage::load() {
   StorageResult<std::optional<std::string>> xml = readSharedFile(file_, kReadLimit);
   if (!xml) return reportOnce(xml.failure());
-  std::optional<Dictionary> dictionary = dictionaryOf(*xml);
-  if (!dictionary) {
+  if (!understand(std::move(*xml))) {
     StorageResult<SharedFileTurn> turn = SharedFileTurn::begin(file_);
     if (!turn) return reportOnce(turn.failure());
-    dictionary = takeStored(*turn);
+    takeStored(*turn);
   }
-  contents_ = std::move(dictionary).value_or(Dictionary());
+  contents_ = stored_;
+  hasNews_ = false;
 }
 
 void FileDefaultsStorage::save() {
   StorageResult<SharedFileTurn> turn = SharedFileTurn::begin(file_);
   if (!turn) return reportOnce(turn.failure());
-  std::optional<Dictionary> stored = takeStored(*turn);
-  if (!stored) return;
-  const Dictionary before = *stored;
-  apply(*stored);
-  if (*stored != before) {
-    if (const auto failure = turn->replace(*xmlPropertyList({*stored}))) return reportOnce(*failure);
+  if (!takeStored(*turn)) return;
+  Dictionary changed = withChanges(stored_, unsaved_);
+  StorageResult<std::string> xml = textOf(changed);
+  if (!xml) {
+    setUnfitChangesApart();
+    changed = withChanges(stored_, unsaved_);
+    xml = textOf(changed);
+  }
+  if (xml && *xml != storedText_) {
+    if (const auto failure = turn->replace(*xml)) return reportOnce(*failure);
+    storedText_ = std::move(*xml);
+    stored_ = std::move(changed);
   }
   unsaved_.clear();
-  lasting_.reset();
+  lasting_.clear();
 }
 
-// What the file holds. A damaged file is set aside, and everything in memory is to be written again. Absent
-// when the file must be left alone.
-std::optional<Dictionary> FileDefaultsStorage::takeStored(const SharedFileTurn& turn) {
+// Looks what the file holds. A damaged file is set aside, and everything in memory is to be written again.
+// False when the file must be left alone.
+bool FileDefaultsStorage::takeStored(const SharedFileTurn& turn) {
   StorageResult<std::optional<std::string>> xml = turn.read(kReadLimit);
-  if (!xml) return reportOnce(xml.failure()), std::nullopt;
-  if (std::optional<Dictionary> dictionary = dictionaryOf(*xml)) return dictionary;
-  if (const auto failure = turn.setAside()) return reportOnce(*failure), std::nullopt;
-  report({Kind::damaged});
-  for (const auto& [key, object] : contents_) unsaved_.try_emplace(key, object);
-  return Dictionary();
+  if (!xml) return reportOnce(xml.failure()), false;
+  if (understand(std::move(*xml))) return true;
+  if (const auto failure = turn.setAside()) return reportOnce(*failure), false;
+  reportOnce({Kind::damaged});
+  understand(std::nullopt);
+  for (const auto& [key, object] : contents_) {
+    if (!unfit_.contains(key)) unsaved_.try_emplace(key, object);
+  }
+  return true;
 }
 
-// Makes the unsaved changes one by one, so that one which the file cannot hold keeps no other from being
+// Reads what the file holds, unless it is what it held at the last look. False when it is damaged.
+bool FileDefaultsStorage::understand(std::optional<std::string> xml) {
+  if (xml == storedText_) return true;
+  std::optional<Dictionary> dictionary = dictionaryOf(xml);
+  if (!dictionary) return false;
+  storedText_ = std::move(xml);
+  stored_ = std::move(*dictionary);
+  hasNews_ = true;
+  return true;
+}
+
+// Tries the unsaved changes one by one, so that one which the file cannot hold keeps no other from being
 // saved.
-void FileDefaultsStorage::apply(Dictionary& stored) {
-  for (const auto& [key, object] : unsaved_) {
-    Dictionary changed = stored;
-    change(changed, key, object);
-    if (const auto objection = objectionTo(changed)) {
-      report(*objection);
+void FileDefaultsStorage::setUnfitChangesApart() {
+  Dictionary all = stored_;
+  for (auto each = unsaved_.begin(); each != unsaved_.end();) {
+    Dictionary changed = all;
+    apply(each->first, each->second, changed);
+    if (const auto xml = textOf(changed)) {
+      all = std::move(changed);
+      ++each;
     } else {
-      stored = std::move(changed);
+      report(xml.failure());
+      unfit_.insert(unsaved_.extract(each++));
     }
   }
 }
@@ -124,8 +237,8 @@ void FileDefaultsStorage::report(const StorageFailure& failure) {
 }
 
 void FileDefaultsStorage::reportOnce(const StorageFailure& failure) {
-  if (lasting_ == failure) return;
-  lasting_ = failure;
+  if (std::ranges::find(lasting_, failure) != lasting_.end()) return;
+  lasting_.push_back(failure);
   report(failure);
 }
 

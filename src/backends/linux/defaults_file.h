@@ -3,29 +3,40 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "backends/linux/shared_file.h"
 #include "platform/foundation/property_list.h"
+#include "platform/foundation/run_loop.h"
 #include "platform/foundation/user_defaults.h"
 
 namespace tarnix::linux_desktop {
 
-// Keeps settings in an XML property list file that other processes may write as well. Used on one thread.
+// Keeps settings in an XML property list file that other processes may write as well. Made, used and
+// destroyed on any thread, by one at a time.
 //
-// Values are answered from memory: the file as it was at construction, with this object's changes. Each
-// change is merged into what the file holds by then and written before the call returns, so that processes
-// which change different keys lose nothing. What another process wrote is seen by the next object.
+// Values are answered from memory: the file as it was at construction, with this object's changes and those
+// of other processes that were taken in. Each change is merged into what the file holds by then and written
+// before the call returns, so that processes which change different keys lose nothing.
 //
 // A change that cannot be written stays in memory and is tried again with the next change and at the end; the
 // file keeps what it had. A value that the format cannot hold (`xmlPropertyList`) stays in memory only. A
-// damaged file is kept under another name, and the settings start anew.
+// damaged file is kept under another name: at construction, when the settings start anew, else with the next
+// change, which writes all that is in memory.
+//
+// Of what another process changed, keys with an unwritten value here are passed over. A file that was removed
+// has no values any more. One that is damaged, unreadable or somebody else's changes nothing in memory.
 class FileDefaultsStorage final : public DefaultsStorage {
  public:
-  // Called during construction, changes and destruction. A failure that lasts is reported once.
+  // Called from within any of the calls below. A failure that lasts is reported once.
   using Report = std::function<void(const StorageFailure&)>;
 
-  explicit FileDefaultsStorage(std::filesystem::path file, Report report = {});
+  // Calls the handler of foreign changes on `loop`, whatever thread this object is used on, once at first and
+  // then whenever the file may have changed (`FileWatch`). Never calls it without a loop.
+  explicit FileDefaultsStorage(std::filesystem::path file, Report report = {}, RunLoop* loop = nullptr);
   FileDefaultsStorage(const FileDefaultsStorage&) = delete;
   FileDefaultsStorage& operator=(const FileDefaultsStorage&) = delete;
   ~FileDefaultsStorage() override;
@@ -34,22 +45,36 @@ class FileDefaultsStorage final : public DefaultsStorage {
   void setObject(const String& key, PropertyList object) override;
   void removeObject(const String& key) override;
   PropertyList::Dictionary contents() const override { return contents_; }
+  // Waits for a call of the former handler that is under way on another thread.
+  void setForeignChangeHandler(std::function<void()> handler) override;
+  std::vector<String> takeForeignChanges() override;
 
  private:
   using Changes = std::map<String, std::optional<PropertyList>>;  // Absent: the key is removed.
+  class Follower;
 
+  void follow(RunLoop& loop);
   void load();
   void save();
-  std::optional<PropertyList::Dictionary> takeStored(const SharedFileTurn& turn);
-  void apply(PropertyList::Dictionary& stored);
+  void change(const String& key, std::optional<PropertyList> object);
+  bool understand(std::optional<std::string> xml);
+  bool takeStored(const SharedFileTurn& turn);
+  void setUnfitChangesApart();
   void report(const StorageFailure& failure);
   void reportOnce(const StorageFailure& failure);
 
   std::filesystem::path file_;
   Report report_;
   PropertyList::Dictionary contents_;
+  // What the file held at the last look, and as what it reads. Absent: there was no file.
+  std::optional<std::string> storedText_;
+  PropertyList::Dictionary stored_;
+  bool hasNews_ = false;  // Some of `stored_` is of another process and not yet in `contents_`.
   Changes unsaved_;
-  std::optional<StorageFailure> lasting_;  // The last failure reported, until a save succeeds.
+  Changes unfit_;                        // Those that the file cannot hold.
+  std::vector<StorageFailure> lasting_;  // Reported, until file and memory are in step again.
+  std::shared_ptr<RunLoop::Inbox> inbox_;
+  std::shared_ptr<Follower> follower_;
 };
 
 }  // namespace tarnix::linux_desktop

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <set>
+#include <string>
 
 #include "backends/linux/file_descriptor.h"
 
@@ -10,14 +12,27 @@ namespace tarnix::linux_desktop {
 // Asks the kernel only when it is asked itself. Without inotify it never notices anything.
 class DirectoryWatch {
  public:
+  // `arrivals`: what is added or renamed to a name there, and the end of the directory itself.
+  enum class Interest { everything, arrivals };
+
+  struct Changes {
+    std::set<std::string> names;  // What changed, in whichever of the directories.
+    // A directory itself changed, went away or was renamed, or too much happened to be told.
+    bool isIncomplete = false;
+
+    explicit operator bool() const { return isIncomplete || !names.empty(); }
+  };
+
   DirectoryWatch();
 
-  // Adds the directory itself, without those in it. One that is not there is passed over.
-  void add(const std::filesystem::path& directory);
-  // Whether anything changed since the last call.
-  bool takeChanges();
+  // Adds the directory itself, without those in it. One that is not there is passed over: false.
+  bool add(const std::filesystem::path& directory, Interest interest = Interest::everything);
+  // What changed since the last call.
+  Changes takeChanges();
   // Ends all watching and forgets all changes.
   void clear();
+  // Can be read while there are changes to take. Negative without inotify. Another one after `clear`.
+  int descriptor() const { return events_.get(); }
 
  private:
   FileDescriptor events_;

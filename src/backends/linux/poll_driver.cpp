@@ -1,6 +1,7 @@
 #include "backends/linux/poll_driver.h"
 
 #include <poll.h>
+#include <sys/eventfd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -45,6 +46,12 @@ Date wallClockNow() {
   return Date{duration_cast<Date::Interval>(sinceReferenceDate)};
 }
 
+PollDriver::PollDriver(RunLoop& loop) : loop_(loop), alarm_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+  loop_.setWake([alarm = alarm_.get()] { ::eventfd_write(alarm, 1); });
+}
+
+PollDriver::~PollDriver() { loop_.setWake({}); }
+
 bool PollDriver::runUntil(const std::function<bool()>& condition, RunLoop::Duration limit) {
   const RunLoop::Instant deadline = loop_.now() + limit;
   while (!condition()) {
@@ -70,11 +77,14 @@ void PollDriver::runTurn(std::optional<RunLoop::Instant> deadline) {
 void PollDriver::waitAndDispatch(std::optional<RunLoop::Instant> wakeUp) {
   const std::vector<RunLoop::Descriptor> watched = loop_.watchedDescriptors();
   std::vector<pollfd> entries = pollEntriesOf(watched);
+  entries.push_back({alarm_.get(), POLLIN, 0});
   timespec timeout{};
   if (wakeUp) timeout = timespecOf(std::max(*wakeUp - loop_.now(), nanoseconds{0}));
   if (::ppoll(entries.data(), entries.size(), wakeUp ? &timeout : nullptr, nullptr) <= 0) return;
+  eventfd_t alarms = 0;
+  if (entries.back().revents != 0) ::eventfd_read(alarm_.get(), &alarms);
   // Errors and hang-ups count as readable: the reader is who learns of them.
-  for (std::size_t i = 0; i < entries.size(); ++i) {
+  for (std::size_t i = 0; i < watched.size(); ++i) {
     if (entries[i].revents != 0) loop_.descriptorReady(watched[i].id);
   }
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 
+#include "backends/linux/file_descriptor.h"
 #include "platform/foundation/date.h"
 #include "platform/foundation/run_loop.h"
 
@@ -14,13 +15,14 @@ RunLoop::Clock steadyClock();
 // The present moment by the machine's calendar clock.
 Date wallClockNow();
 
-// Drives a run loop with poll(2) where no toolkit does. The loop is borrowed, runs on `steadyClock()` and is
-// used on the thread that drives it.
+// Drives a run loop with poll(2) where no toolkit does. The loop outlives the driver, runs on `steadyClock()`
+// and is used on the thread that drives it; a task in its inbox ends the wait at once.
 class PollDriver {
  public:
-  explicit PollDriver(RunLoop& loop) : loop_(loop) {}
+  explicit PollDriver(RunLoop& loop);
   PollDriver(const PollDriver&) = delete;
   PollDriver& operator=(const PollDriver&) = delete;
+  ~PollDriver();
 
   // Runs turns until `condition` holds, which is asked before the first turn and after each one. False when
   // it does not hold within `limit`.
@@ -36,6 +38,7 @@ class PollDriver {
   void waitAndDispatch(std::optional<RunLoop::Instant> wakeUp);
 
   RunLoop& loop_;
+  FileDescriptor alarm_;  // Can be read since another thread had something to do.
   bool isStopped_ = false;
 };
 

@@ -1,5 +1,6 @@
 #include "backends/linux/property_list_writer.h"
 
+#include <concepts>
 #include <string_view>
 #include <type_traits>
 #include <variant>
@@ -52,8 +53,7 @@ class Writer {
 
  private:
   bool write(bool value) { return line(value ? "<true/>" : "<false/>"); }
-  bool write(std::int64_t value) { return element("integer", std::to_string(value)); }
-  bool write(std::uint64_t value) { return element("integer", std::to_string(value)); }
+  bool write(std::integral auto value) { return element("integer", std::to_string(value)); }
   bool write(double value) { return element("real", textOf(value)); }
   bool write(const PropertyList::Data& value) { return element("data", textOf(value)); }
   bool write(const String& value) { return isXMLText(value) && element("string", escaped(value)); }

@@ -16,6 +16,24 @@ bool isSwitch(const Element& element) {
   return style != nullptr && *style == modifiers::ToggleStyle::switchControl;
 }
 
+// What the label of a control says, whichever way it says it.
+struct ControlLabel {
+  QString title;
+  QString symbol;
+};
+
+ControlLabel labelOf(const Element& control) {
+  ControlLabel label;
+  for (const Element& part : control.children) {
+    if (const auto* text = part.as<elements::Text>()) label.title = toQString(text->text);
+    if (const auto* image = part.as<elements::Image>()) label.symbol = toQString(image->systemName);
+    if (const auto* both = part.as<elements::Label>()) {
+      label = {toQString(both->title), toQString(both->systemName)};
+    }
+  }
+  return label;
+}
+
 // A toggle as one of Qt's checkable buttons.
 template <typename Checkable>
 class TogglePresenter : public WidgetPresenter<Checkable> {
@@ -31,7 +49,7 @@ class TogglePresenter : public WidgetPresenter<Checkable> {
   void show(const Element& element) override {
     const auto& toggle = *element.as<elements::Toggle>();
     isOn_ = toggle.isOn;
-    const QString label = toQString(toggle.label);
+    const QString label = toggle.label.empty() ? labelOf(element).title : toQString(toggle.label);
     if (this->widget()->text() != label) {
       this->widget()->setText(label);
       this->widget()->setAccessibleName(label);
@@ -48,24 +66,6 @@ class TogglePresenter : public WidgetPresenter<Checkable> {
   bool isSwitch_;
   Binding<bool> isOn_;
 };
-
-// What a button's label says, whichever way it says it.
-struct ButtonLabel {
-  QString title;
-  QString symbol;
-};
-
-ButtonLabel labelOf(const Element& button) {
-  ButtonLabel label;
-  for (const Element& part : button.children) {
-    if (const auto* text = part.as<elements::Text>()) label.title = toQString(text->text);
-    if (const auto* image = part.as<elements::Image>()) label.symbol = toQString(image->systemName);
-    if (const auto* both = part.as<elements::Label>()) {
-      label = {toQString(both->title), toQString(both->systemName)};
-    }
-  }
-  return label;
-}
 
 bool isBorderless(const Element& button) {
   const auto* style = button.modifier<modifiers::ButtonStyle>();
@@ -88,7 +88,7 @@ class ButtonPresenter : public WidgetPresenter<Clickable> {
   }
 
  protected:
-  virtual void showLabel(const Element& element, const ButtonLabel& label) = 0;
+  virtual void showLabel(const Element& element, const ControlLabel& label) = 0;
 
  private:
   std::function<void()> action_;
@@ -100,7 +100,7 @@ class BorderlessButtonPresenter : public ButtonPresenter<SymbolButton> {
   bool canShow(const Element& element) const override { return isBorderless(element); }
 
  protected:
-  void showLabel(const Element& element, const ButtonLabel& label) override {
+  void showLabel(const Element& element, const ControlLabel& label) override {
     const int side = symbolSide(element.modifier<modifiers::Font>());
     widget()->setSymbol(label.symbol, label.symbol.isEmpty() ? 0 : side);
     const auto* style = element.modifier<modifiers::LabelStyle>();
@@ -119,7 +119,7 @@ class PushButtonPresenter : public ButtonPresenter<QPushButton> {
   bool canShow(const Element& element) const override { return !isBorderless(element); }
 
  protected:
-  void showLabel(const Element&, const ButtonLabel& label) override {
+  void showLabel(const Element&, const ControlLabel& label) override {
     // An ampersand of the title is not a mnemonic.
     const QString text = QString(label.title).replace(u'&', QStringLiteral("&&"));
     if (widget()->text() != text) widget()->setText(text);

@@ -37,9 +37,16 @@ struct RunLoopDriver::Impl {
       rearmTimer();
     });
     loop.setScheduleChanged([this] { rearm(); });
+    loop.setWake([this] {
+      QMetaObject::invokeMethod(
+          &timer, [this] { rearmTimer(); }, Qt::QueuedConnection);
+    });
     rearm();
   }
-  ~Impl() { loop.setScheduleChanged({}); }
+  ~Impl() {
+    loop.setWake({});
+    loop.setScheduleChanged({});
+  }
 
   void rearm() {
     rearmNotifiers();

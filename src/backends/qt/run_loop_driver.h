@@ -7,7 +7,8 @@
 namespace tarnix::qt {
 
 // Lets the toolkit's event loop drive a run loop: what is due is done in the next turn of the event loop, and
-// nothing wakes up while nothing is due. The loop outlives the driver.
+// nothing wakes up while nothing is due; a task in the inbox is due at once. The loop outlives the driver and
+// is used on the thread that made it.
 class RunLoopDriver {
  public:
   explicit RunLoopDriver(RunLoop& loop);

@@ -71,6 +71,8 @@ Desktop::Desktop() {
   platform_.screens = std::make_shared<Screens>(*this);
   platform_.standardUserDefaults =
       std::make_shared<NSUserDefaults>(std::make_unique<MemoryDefaultsStorage>());
+  platform_.suites = std::make_shared<DefaultsSuites>(
+      [](const String&) { return std::make_unique<MemoryDefaultsStorage>(); });
   scope_ = std::make_unique<PlatformScope>(platform_);
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/combine/publisher.h"
+#include "platform/foundation/object.h"
 
 namespace tarnix {
 
@@ -10,15 +11,9 @@ struct Void {
   friend bool operator==(const Void&, const Void&) = default;
 };
 
-// An object that tells before one of its published fields changes. Not copyable: observers know it by
-// identity.
-class ObservableObject {
+// An object that tells before one of its published fields changes.
+class ObservableObject : public NSObject {
  public:
-  ObservableObject() = default;
-  ObservableObject(const ObservableObject&) = delete;
-  ObservableObject& operator=(const ObservableObject&) = delete;
-  virtual ~ObservableObject() = default;
-
   Publisher<Void> objectWillChange() const { return willChange_.publisher(); }
   // False when an observer has destroyed this object.
   bool sendWillChange() { return willChange_.send({}); }

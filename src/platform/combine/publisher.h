@@ -42,6 +42,11 @@ class Publisher {
   explicit Publisher(Subscribe subscribe)
       : subscribe_(std::make_shared<const Subscribe>(std::move(subscribe))) {}
 
+  // Sends nothing and does not complete.
+  static Publisher empty() {
+    return Publisher([](const Receive&) { return AnyCancellable(); });
+  }
+
   [[nodiscard]] AnyCancellable sink(Receive receive) const {
     const auto subscribe = subscribe_;  // A value that arrives during the subscription may end this object.
     return (*subscribe)(std::move(receive));
@@ -71,6 +76,19 @@ class Publisher {
   auto map(Transform transform) const {
     using Output = std::invoke_result_t<Transform, const T&>;
     return compactMap([transform](const T& value) { return std::optional<Output>(transform(value)); });
+  }
+
+  // Passes what either sends; subscribes to this one first.
+  Publisher merge(const Publisher& other) const {
+    return Publisher([first = *this, other](const Receive& receive) {
+      auto both = std::make_shared<std::pair<AnyCancellable, AnyCancellable>>();
+      both->first = first.sink(receive);
+      both->second = other.sink(receive);
+      return AnyCancellable([both] {
+        both->first.cancel();
+        both->second.cancel();
+      });
+    });
   }
 
   // Passes a value only if it differs from the one passed last. The first always passes.

@@ -12,13 +12,15 @@
 namespace tarnix {
 
 // A value that user defaults can hold. The kinds are kept apart: the boolean true, the integer 1, the
-// real 1.0 and the text "1" are four different values.
+// real 1.0 and the text "1" are four different values, and so are equal numbers of different widths.
 struct PropertyList {
   using Data = std::vector<std::uint8_t>;
   using Array = std::vector<PropertyList>;
   using Dictionary = std::map<String, PropertyList>;
-  using Value =
-      std::variant<bool, std::int64_t, std::uint64_t, double, String, Data, Date, Array, Dictionary>;
+  // The kinds behind `Dictionary` exist in memory only; `storedForm` says what is kept in their place.
+  using Value = std::variant<bool, std::int64_t, std::uint64_t, double, String, Data, Date, Array, Dictionary,
+                             std::int8_t, std::uint8_t, std::int16_t, std::uint16_t, std::int32_t,
+                             std::uint32_t, float>;
 
   Value value;
 
@@ -29,5 +31,9 @@ struct PropertyList {
 
   friend bool operator==(const PropertyList&, const PropertyList&) = default;
 };
+
+// The value as storages keep it and give it back: integers as `int64_t`, or as `uint64_t` where they exceed
+// that, and reals as `double`, at any depth.
+PropertyList storedForm(PropertyList list);
 
 }  // namespace tarnix

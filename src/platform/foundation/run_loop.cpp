@@ -51,7 +51,14 @@ struct RunLoop::WatchToken {
 RunLoop::RunLoop(Clock clock) : clock_(std::move(clock)), self_(std::make_shared<RunLoop*>(this)) {}
 
 // Closures that go down with the loop may drop subscriptions, which must not reach it any more.
-RunLoop::~RunLoop() { self_.reset(); }
+RunLoop::~RunLoop() {
+  self_.reset();
+  std::deque<Callback> dropped;
+  const std::lock_guard lock(inbox_->mutex_);
+  inbox_->isClosed_ = true;
+  inbox_->wake_ = nullptr;
+  dropped.swap(inbox_->tasks_);
+}
 
 RunLoop& RunLoop::main() { return *Platform::installed().mainRunLoop; }
 
@@ -86,6 +93,19 @@ RunLoop::Subscription RunLoop::scheduleOnce(Duration delay, Callback task) {
   return Subscription(std::make_shared<TimerToken>(timer));
 }
 
+void RunLoop::Inbox::perform(Callback task) {
+  const std::lock_guard lock(mutex_);
+  if (isClosed_) return;
+  tasks_.push_back(std::move(task));
+  if (tasks_.size() == 1 && wake_) wake_();
+}
+
+void RunLoop::setWake(Callback wake) {
+  const std::lock_guard lock(inbox_->mutex_);
+  inbox_->wake_ = std::move(wake);
+  if (inbox_->wake_ && !inbox_->tasks_.empty()) inbox_->wake_();
+}
+
 RunLoop::Subscription RunLoop::watchDescriptor(int descriptor, Callback readable) {
   const auto watch = std::make_shared<Watch>();
   watch->descriptor = {descriptor, nextWatchId_++};
@@ -108,7 +128,11 @@ void RunLoop::noteChange() {
 }
 
 std::optional<RunLoop::Instant> RunLoop::nextDue() const {
-  return tasks_.empty() ? nextTimerDue() : std::optional(now());
+  const auto hasMail = [this] {
+    const std::lock_guard lock(inbox_->mutex_);
+    return !inbox_->tasks_.empty();
+  };
+  return tasks_.empty() && !hasMail() ? nextTimerDue() : std::optional(now());
 }
 
 void RunLoop::runDue() {
@@ -206,6 +230,7 @@ void RunLoop::fireOnce(const std::shared_ptr<Timer>& timer) {
 
 // The tasks that are there when the turn begins with them; a nested turn may have run some of them already.
 void RunLoop::runTasks() {
+  emptyInbox();
   const std::uint64_t last = tasksPosted_;
   while (tasksTaken_ < last) {
     const Callback task = std::move(tasks_.front());
@@ -213,6 +238,15 @@ void RunLoop::runTasks() {
     ++tasksTaken_;
     task();
   }
+}
+
+void RunLoop::emptyInbox() {
+  const std::lock_guard lock(inbox_->mutex_);
+  for (Callback& task : inbox_->tasks_) {
+    tasks_.push_back(std::move(task));
+    ++tasksPosted_;
+  }
+  inbox_->tasks_.clear();
 }
 
 void RunLoop::forgetDroppedWatches() {

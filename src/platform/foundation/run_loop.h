@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -12,9 +13,10 @@
 namespace tarnix {
 
 // A loop that others drive: it holds timers, tasks and watched descriptors, says when it next has work, and
-// does what is due. Everything runs on the thread that drives it. Callbacks may add and drop anything,
-// themselves included, and may drive the loop themselves for a while (a modal alert does): each timer is
-// settled before it is called, so such a nested turn neither repeats a firing nor forgets one.
+// does what is due. Everything runs on the thread that drives it, and only the inbox may be used from others.
+// Callbacks may add and drop anything, themselves included, and may drive the loop themselves for a while (a
+// modal alert does): each timer is settled before it is called, so such a nested turn neither repeats a
+// firing nor forgets one.
 class RunLoop {
  public:
   using Duration = std::chrono::nanoseconds;
@@ -67,6 +69,21 @@ class RunLoop {
   // As `performAfter`, but can be called off. The closure is let go of when it has run.
   [[nodiscard]] Subscription scheduleOnce(Duration delay, Callback task);
 
+  // The way in from other threads. Outlives the loop harmlessly.
+  class Inbox {
+   public:
+    // Runs `task` in a turn of the loop, in every mode; drops it once the loop is gone. Any thread.
+    void perform(Callback task);
+
+   private:
+    friend class RunLoop;
+    std::mutex mutex_;
+    std::deque<Callback> tasks_;
+    Callback wake_;
+    bool isClosed_ = false;
+  };
+  const std::shared_ptr<Inbox>& inbox() const { return inbox_; }
+
   // Calls `readable` whenever the descriptor can be read, in every mode. The descriptor is borrowed.
   [[nodiscard]] Subscription watchDescriptor(int descriptor, Callback readable);
 
@@ -92,6 +109,9 @@ class RunLoop {
   // Called when `nextDue` became earlier or the watched descriptors changed, during a turn and while a
   // subscription is dropped too; it should only rearm the driver. May be empty.
   void setScheduleChanged(Callback changed) { scheduleChanged_ = std::move(changed); }
+  // Called on any thread when the inbox is no longer empty: makes the driver ask for `nextDue` again. It must
+  // not come back to the loop. Once this returns, the former one is not called any more. May be empty.
+  void setWake(Callback wake);
 
  private:
   struct Timer;
@@ -107,6 +127,7 @@ class RunLoop {
   void fire(const std::shared_ptr<Timer>& timer, Instant present);
   void fireOnce(const std::shared_ptr<Timer>& timer);
   void runTasks();
+  void emptyInbox();
   void forgetDroppedWatches();
   void announceIfEarlierThan(std::optional<Instant> before);
   void announce();
@@ -114,6 +135,7 @@ class RunLoop {
   Clock clock_;
   Mode mode_ = Mode::standard;
   Callback scheduleChanged_;
+  std::shared_ptr<Inbox> inbox_ = std::make_shared<Inbox>();
   std::deque<Callback> tasks_;
   std::uint64_t tasksPosted_ = 0;
   std::uint64_t tasksTaken_ = 0;

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/foundation/url_text.h"
+
 namespace tarnix {
 namespace {
 
@@ -28,21 +30,55 @@ URL::URL(const String& filePath, DirectoryHint hint, const std::optional<URL>& r
   const bool isJoined = relativeTo && !filePath.hasPrefix("/");
   const String whole = isJoined ? joined(relativeTo->path(), filePath) : filePath;
   const std::string_view trimmed = withoutTrailingSlashes(whole);
-  path_ = trimmed.size() == whole.size() ? whole : String(trimmed);
+  text_ = trimmed.size() == whole.size() ? whole : String(trimmed);
   hasDirectoryPath_ = hint == DirectoryHint::isDirectory ||
                       (hint == DirectoryHint::inferFromPath && whole.view().ends_with('/'));
 }
 
-String URL::lastPathComponent() const { return path_.view() == "/" ? path_ : String(nameIn(path_)); }
+std::optional<URL> URL::fromString(std::string_view absolute) {
+  const auto parts = URLParts::of(absolute);
+  if (!parts) return std::nullopt;
+  if (parts->isFile()) {
+    const auto path = parts->filePath();
+    return path ? std::optional(URL(*path)) : std::nullopt;
+  }
+  URL url(parts->path);
+  url.text_ = absolute;
+  url.isFileURL_ = false;
+  return url;
+}
+
+String URL::path() const {
+  if (isFileURL_) return text_;
+  const auto parts = URLParts::of(text_);
+  return withoutTrailingSlashes(parts ? parts->path : std::string_view());
+}
+
+String URL::absoluteString() const {
+  if (!isFileURL_) return text_;
+  const bool needsSlash = hasDirectoryPath_ && !text_.empty() && text_ != "/";
+  return (text_.hasPrefix("/") ? "file://" : "file:") + percentEncodedPath(text_) + (needsSlash ? "/" : "");
+}
+
+String URL::lastPathComponent() const {
+  const String whole = path();
+  return whole == "/" ? whole : String(nameIn(whole));
+}
 
 URL URL::deletingPathExtension() const {
-  const std::string_view name = nameIn(path_);
+  const String whole = path();
+  const std::string_view name = nameIn(whole);
   const auto dot = name.rfind('.');
   const auto nameStart = name.find_first_not_of('.');
   const bool hasExtension = dot != std::string_view::npos && nameStart < dot && dot + 1 < name.size();
   if (!hasExtension) return *this;
-  const std::string_view kept = path_.view().substr(0, path_.size() - (name.size() - dot));
-  return URL(kept, hasDirectoryPath_ ? DirectoryHint::isDirectory : DirectoryHint::notDirectory);
+  const std::string_view kept = whole.view().substr(0, whole.size() - (name.size() - dot));
+  URL shortened(kept, hasDirectoryPath_ ? DirectoryHint::isDirectory : DirectoryHint::notDirectory);
+  if (!isFileURL_) {
+    shortened.text_ = URLParts::of(text_)->withPath(kept, hasDirectoryPath_);
+    shortened.isFileURL_ = false;
+  }
+  return shortened;
 }
 
 }  // namespace tarnix

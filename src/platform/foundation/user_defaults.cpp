@@ -1,5 +1,7 @@
 #include "platform/foundation/user_defaults.h"
 
+#include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "platform/platform.h"
@@ -7,15 +9,29 @@
 namespace tarnix {
 namespace {
 
-std::optional<PropertyList> valueIn(const PropertyList::Dictionary& dictionary, const String& key) {
-  const auto found = dictionary.find(key);
-  return found == dictionary.end() ? std::nullopt : std::optional(found->second);
+using Options = NSKeyValueObservingOptions;
+
+NSKeyValueChangeDictionary::Value valueOrNull(const std::optional<PropertyList>& object) {
+  if (object) return *object;
+  return NSNull();
 }
 
 }  // namespace
 
+struct NSUserDefaults::Registration {
+  std::weak_ptr<NSObject> observer;
+  const NSObject* identity;
+  unsigned options;
+  void* context;
+  std::atomic<bool> isActive = true;
+
+  Registration(const std::shared_ptr<NSObject>& observing, unsigned wanted, void* mark)
+      : observer(observing), identity(observing.get()), options(wanted), context(mark) {}
+};
+
 std::optional<PropertyList> MemoryDefaultsStorage::object(const String& key) const {
-  return valueIn(contents_, key);
+  const auto found = contents_.find(key);
+  return found == contents_.end() ? std::nullopt : std::optional(found->second);
 }
 
 void MemoryDefaultsStorage::setObject(const String& key, PropertyList object) {
@@ -24,39 +40,149 @@ void MemoryDefaultsStorage::setObject(const String& key, PropertyList object) {
 
 void MemoryDefaultsStorage::removeObject(const String& key) { contents_.erase(key); }
 
-PropertyList::Dictionary MemoryDefaultsStorage::contents() const { return contents_; }
+NSUserDefaults::NSUserDefaults(std::unique_ptr<DefaultsStorage> storage) : storage_(std::move(storage)) {
+  for (auto& [key, object] : storage_->contents()) entries_[key].stored = std::move(object);
+  storage_->setForeignChangeHandler([this] { takeForeignChanges(); });
+}
 
-NSUserDefaults::NSUserDefaults(std::unique_ptr<DefaultsStorage> storage) : storage_(std::move(storage)) {}
+NSUserDefaults::~NSUserDefaults() { storage_->setForeignChangeHandler({}); }
 
-NSUserDefaults& NSUserDefaults::standardUserDefaults() { return *Platform::installed().standardUserDefaults; }
+const std::shared_ptr<NSUserDefaults>& NSUserDefaults::standardUserDefaults() {
+  return Platform::installed().standardUserDefaults;
+}
+
+std::shared_ptr<NSUserDefaults> NSUserDefaults::initWithSuiteName(const String& name) {
+  return Platform::installed().suites->named(name);
+}
 
 std::optional<PropertyList> NSUserDefaults::objectForKey(const String& key) const {
-  if (auto stored = storage_->object(key)) return stored;
-  return valueIn(registered_, key);
+  const std::lock_guard lock(entriesMutex_);
+  const auto found = entries_.find(key);
+  return found == entries_.end() ? std::nullopt : found->second.visible();
 }
 
 void NSUserDefaults::setObject(std::optional<PropertyList> object, const String& key) {
   if (!object) return removeObjectForKey(key);
-  const String changed = key;  // Observers may destroy what `key` belongs to.
-  storage_->setObject(changed, *std::move(object));
-  changes_.send(changed);
+  change(key, [&](const String& name) {
+    PropertyList stored = storedForm(*std::move(object));
+    storage_->setObject(name, stored);
+    return std::optional(std::move(stored));
+  });
 }
 
 void NSUserDefaults::removeObjectForKey(const String& key) {
-  if (!storage_->object(key)) return;
-  const String changed = key;
-  storage_->removeObject(changed);
-  changes_.send(changed);
+  {
+    const std::lock_guard lock(entriesMutex_);
+    const auto found = entries_.find(key);
+    if (found == entries_.end() || !found->second.stored) return;
+  }
+  change(key, [&](const String& name) {
+    storage_->removeObject(name);
+    return std::optional<PropertyList>();
+  });
 }
 
 void NSUserDefaults::registerDefaults(const PropertyList::Dictionary& defaults) {
-  for (const auto& [key, object] : defaults) registered_.insert_or_assign(key, object);
+  const std::lock_guard lock(entriesMutex_);
+  for (const auto& [key, object] : defaults) entries_[key].registered = storedForm(object);
 }
 
 PropertyList::Dictionary NSUserDefaults::dictionaryRepresentation() const {
-  PropertyList::Dictionary all = storage_->contents();
-  all.insert(registered_.begin(), registered_.end());  // Keeps the stored values.
+  const std::lock_guard lock(entriesMutex_);
+  PropertyList::Dictionary all;
+  for (const auto& [key, entry] : entries_) {
+    if (entry.visible()) all.emplace(key, *entry.visible());
+  }
   return all;
+}
+
+void NSUserDefaults::addObserver(const std::shared_ptr<NSObject>& observer, const String& keyPath,
+                                 unsigned options, void* context) {
+  const auto registration = std::make_shared<Registration>(observer, options, context);
+  NSKeyValueChangeDictionary initial;
+  {
+    const std::lock_guard lock(entriesMutex_);
+    Entry& entry = entries_[keyPath];
+    entry.registrations.push_back(registration);
+    initial.newValue = valueOrNull(entry.visible());
+  }
+  if (holds(options, Options::initial)) deliver(*registration, keyPath, initial);
+}
+
+void NSUserDefaults::removeObserver(const NSObject& observer, const String& keyPath, void* context) {
+  const std::lock_guard lock(entriesMutex_);
+  const auto entry = entries_.find(keyPath);
+  if (entry == entries_.end()) return;
+  Registrations& registrations = entry->second.registrations;
+  const auto latest = std::find_if(registrations.rbegin(), registrations.rend(), [&](const auto& each) {
+    return each->identity == &observer && each->context == context;
+  });
+  if (latest == registrations.rend()) return;
+  (*latest)->isActive = false;
+  registrations.erase(std::next(latest).base());
+  if (entry->second.isEmpty()) entries_.erase(entry);
+}
+
+// `write` changes the storage and gives the value stored from now on. The key is a copy, since observers may
+// destroy what it came from.
+template <typename Write>
+void NSUserDefaults::change(String key, Write write) {
+  const auto alive = weak_from_this().lock();
+  announcePrior(key);
+  NSKeyValueChangeDictionary change;
+  Registrations registrations;
+  {
+    const std::lock_guard storageLock(storageMutex_);
+    std::optional<PropertyList> object = write(std::as_const(key));
+    const std::lock_guard lock(entriesMutex_);
+    Entry& entry = entries_[key];
+    std::erase_if(entry.registrations, [](const auto& each) { return each->observer.expired(); });
+    registrations = entry.registrations;
+    if (!registrations.empty()) change.oldValue = valueOrNull(entry.visible());
+    entry.stored = std::move(object);
+    if (!registrations.empty()) change.newValue = valueOrNull(entry.visible());
+    if (entry.isEmpty()) entries_.erase(key);
+  }
+  for (const auto& registration : registrations) deliver(*registration, key, change);
+}
+
+// A value that this process has written meanwhile is what the storage gives by then.
+void NSUserDefaults::takeForeignChanges() {
+  const auto alive = weak_from_this().lock();
+  std::vector<String> keys;
+  {
+    const std::lock_guard lock(storageMutex_);
+    keys = storage_->takeForeignChanges();
+  }
+  for (const String& key : keys) {
+    change(key, [&](const String& name) { return storage_->object(name); });
+  }
+}
+
+void NSUserDefaults::announcePrior(const String& key) {
+  NSKeyValueChangeDictionary change;
+  Registrations registrations;
+  {
+    const std::lock_guard lock(entriesMutex_);
+    const auto entry = entries_.find(key);
+    if (entry == entries_.end()) return;
+    for (const auto& each : entry->second.registrations) {
+      if (holds(each->options, Options::prior)) registrations.push_back(each);
+    }
+    if (!registrations.empty()) change.oldValue = valueOrNull(entry->second.visible());
+  }
+  change.notificationIsPrior = true;
+  for (const auto& registration : registrations) deliver(*registration, key, change);
+}
+
+void NSUserDefaults::deliver(const Registration& registration, const String& key,
+                             const NSKeyValueChangeDictionary& change) {
+  const auto observer = registration.observer.lock();
+  if (!observer || !registration.isActive) return;
+  NSKeyValueChangeDictionary told = change;
+  if (!holds(registration.options, Options::newValue)) told.newValue.reset();
+  if (!holds(registration.options, Options::oldValue)) told.oldValue.reset();
+  observer->observeValueForKeyPath(key, weak_from_this().lock(), &told, registration.context);
 }
 
 }  // namespace tarnix

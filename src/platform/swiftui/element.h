@@ -56,6 +56,7 @@ struct Section {
 };
 // A row that shows its destination in the detail column. Children: the label's parts.
 struct NavigationLink {};
+// Children: the label, where it is more than a text.
 struct Toggle {
   String label;
   Binding<bool> isOn;

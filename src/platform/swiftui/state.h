@@ -64,6 +64,23 @@ class State {
   std::shared_ptr<Box> box_;
 };
 
+// Passes the changes of one observable object on to one graph.
+class ViewObserver {
+ public:
+  // Goes on as before when it is told the same graph again.
+  void observe(const ObservableObject& object, const std::shared_ptr<ViewInvalidation>& invalidation) {
+    if (invalidation_.lock() == invalidation) return;
+    invalidation_ = invalidation;
+    subscription_ = object.objectWillChange().sink([weak = invalidation_](const Void&) {
+      if (const auto target = weak.lock()) (*target)();
+    });
+  }
+
+ private:
+  std::weak_ptr<ViewInvalidation> invalidation_;
+  AnyCancellable subscription_;
+};
+
 // An observable object that belongs to a place in the view tree, made when the graph first asks for it.
 template <typename Object>
 class StateObject {
@@ -76,16 +93,14 @@ class StateObject {
   Object* operator->() const { return object().get(); }
 
   void attach(const std::shared_ptr<ViewInvalidation>& invalidation) const {
-    box_->subscription = object()->objectWillChange().sink([weak = std::weak_ptr(invalidation)](const Void&) {
-      if (const auto target = weak.lock()) (*target)();
-    });
+    box_->observer.observe(*object(), invalidation);
   }
 
  private:
   struct Box {
     std::function<std::shared_ptr<Object>()> make;
     std::shared_ptr<Object> object;
-    AnyCancellable subscription;
+    ViewObserver observer;
   };
   const std::shared_ptr<Object>& object() const {
     if (!box_->object) box_->object = box_->make();

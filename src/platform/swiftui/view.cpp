@@ -87,6 +87,9 @@ View NavigationLink(std::vector<View> label) { return View(elements::NavigationL
 View Toggle(String label, Binding<bool> isOn) {
   return View(elements::Toggle{std::move(label), std::move(isOn)});
 }
+View Toggle(Binding<bool> isOn, View label) {
+  return View(elements::Toggle{{}, std::move(isOn)}, {std::move(label)});
+}
 View Button(std::function<void()> action, View label, elements::ButtonRole role) {
   return View(elements::Button{role, std::move(action)}, {std::move(label)});
 }

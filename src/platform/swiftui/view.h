@@ -88,6 +88,7 @@ class View::Composite {
   virtual std::type_index type() const = 0;
   // Takes over the state of the view that stood in the same place, which has the same type.
   virtual void adoptState(const Composite& former) = 0;
+  // The view's update hook, before each evaluation of its body.
   virtual void attachState(const std::shared_ptr<ViewInvalidation>& invalidation) = 0;
   virtual View body() const = 0;
   // Another view with the same values, for a graph to keep.
@@ -102,7 +103,14 @@ class CompositeOf final : public View::Composite {
   explicit CompositeOf(T view) : view_(std::move(view)) {}
   std::type_index type() const override { return typeid(T); }
   void adoptState(const Composite& former) override {
-    eachState([&](auto member) { view_.*member = static_cast<const CompositeOf&>(former).view_.*member; });
+    eachState([&](auto member) {
+      const auto& kept = static_cast<const CompositeOf&>(former).view_.*member;
+      if constexpr (requires { (view_.*member).adopt(kept); }) {
+        (view_.*member).adopt(kept);
+      } else {
+        view_.*member = kept;
+      }
+    });
   }
   void attachState(const std::shared_ptr<ViewInvalidation>& invalidation) override {
     eachState([&](auto member) { (view_.*member).attach(invalidation); });
@@ -169,6 +177,7 @@ View List(Binding<std::optional<UUID>> selection, std::vector<View> sections);
 View Section(String header, View::Rows rows);
 View NavigationLink(std::vector<View> label);
 View Toggle(String label, Binding<bool> isOn);
+View Toggle(Binding<bool> isOn, View label);
 View Button(std::function<void()> action, View label, elements::ButtonRole role = elements::ButtonRole::none);
 View TextView(String text);
 View ToolbarItem(elements::ToolbarPlacement placement, View content);

@@ -65,8 +65,8 @@ class ViewResolver {
       composite->adoptState(*found->second.composite);
     } else {
       graph_->forgetFrom(path_);
-      composite->attachState(graph_->invalidation_);
     }
+    composite->attachState(graph_->invalidation_);
     graph_->composites_.insert_or_assign(path_, ViewGraph::Kept{composite, identity, true});
   }
 

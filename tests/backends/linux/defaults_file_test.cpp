@@ -226,6 +226,7 @@ TEST(BaseDirectories, followTheEnvironmentAndIgnoreRelativePaths) {
               ElementsAre("/h/.local/share/applications", "/a/applications", "/c/applications"));
   variables["XDG_CONFIG_HOME"] = "/x";
   EXPECT_EQ(defaultSettingsFile(environment), "/x/tarnix/settings.plist");
+  EXPECT_EQ(suiteSettingsFile("a.b", environment), "/x/tarnix/suites/a.b.plist");
 }
 
 }  // namespace

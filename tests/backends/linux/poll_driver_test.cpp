@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <thread>
 
@@ -111,6 +112,45 @@ TEST_F(PollDriverTest, survivesSignalsWhileItWaits) {
   EXPECT_TRUE(driver_.runUntil([&] { return fired; }, 5s));
   sender.join();
   ::sigaction(SIGUSR1, &former, nullptr);
+}
+
+// Without a wake-up, each of the tasks would be found at the end of the limit only.
+TEST_F(PollDriverTest, aTaskFromAnotherThreadEndsTheWait) {
+  constexpr int kTasks = 100;
+  std::atomic<int> done = 0;
+  std::thread::id ranOn;
+  std::thread other([&, inbox = loop_.inbox()] {
+    for (int i = 1; i <= kTasks; ++i) {
+      inbox->perform([&] { ranOn = std::this_thread::get_id(), ++done; });
+      while (done < i) std::this_thread::yield();  // So that the driver waits again.
+    }
+  });
+  const RunLoop::Instant start = loop_.now();
+  EXPECT_TRUE(driver_.runUntil([&] { return done == kTasks; }, 20s));
+  EXPECT_LT(loop_.now() - start, 15s);
+  done = kTasks;  // Lets the other thread end, whatever came of it.
+  other.join();
+  EXPECT_EQ(ranOn, std::this_thread::get_id());
+}
+
+TEST_F(PollDriverTest, aTaskThatComesBetweenTwoTurnsIsFoundByTheNext) {
+  int done = 0;
+  std::thread([&, inbox = loop_.inbox()] { inbox->perform([&] { ++done; }); }).join();
+  const RunLoop::Instant start = loop_.now();
+  EXPECT_TRUE(driver_.runUntil([&] { return done == 1; }, 20s));
+  EXPECT_LT(loop_.now() - start, 15s);
+}
+
+TEST_F(PollDriverTest, driversMayComeAndGoWhileOthersPostTasks) {
+  constexpr int kTasks = 2000;
+  int done = 0;
+  std::thread other([&, inbox = loop_.inbox()] {
+    for (int i = 0; i < kTasks; ++i) inbox->perform([&] { ++done; });
+  });
+  for (int i = 0; i < 200; ++i) PollDriver(loop_).runUntil([] { return false; }, 10us);
+  other.join();
+  PollDriver last(loop_);
+  EXPECT_TRUE(last.runUntil([&] { return done == kTasks; }, 20s));
 }
 
 TEST(WallClock, countsFromTheReferenceDate) {

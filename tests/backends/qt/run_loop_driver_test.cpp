@@ -7,7 +7,9 @@
 #include <QEventLoop>
 #include <QTimer>
 #include <array>
+#include <atomic>
 #include <chrono>
+#include <thread>
 
 namespace tarnix::qt {
 namespace {
@@ -90,6 +92,49 @@ TEST(RunLoopDriver, watchesDescriptorsUntilTheirSubscriptionEnds) {
   EXPECT_EQ(readings, 1);
   close(ends[0]);
   close(ends[1]);
+}
+
+// Nothing else wakes the toolkit's loop in the meantime.
+TEST(RunLoopDriver, doesTheWorkOfOtherThreadsAtOnce) {
+  constexpr int kTasks = 100;
+  Driven driven;
+  QEventLoop waiting;
+  std::atomic<int> done = 0;
+  std::thread::id ranOn;
+  std::thread other([&, inbox = driven.loop.inbox()] {
+    for (int i = 1; i <= kTasks; ++i) {
+      inbox->perform([&] {
+        ranOn = std::this_thread::get_id();
+        if (++done == kTasks) waiting.quit();
+      });
+      while (done < i) std::this_thread::yield();  // So that the loop waits again.
+    }
+  });
+  const auto start = steadyNow();
+  QTimer::singleShot(20s, &waiting, &QEventLoop::quit);
+  waiting.exec();
+  EXPECT_LT(steadyNow() - start, 15s);
+  EXPECT_EQ(done, kTasks);
+  done = kTasks;  // Lets the other thread end, whatever came of it.
+  other.join();
+  EXPECT_EQ(ranOn, std::this_thread::get_id());
+}
+
+TEST(RunLoopDriver, mayEndWhileOtherThreadsPostTasks) {
+  constexpr int kTasks = 2000;
+  RunLoop loop{steadyNow};
+  int done = 0;
+  std::thread other([&, inbox = loop.inbox()] {
+    for (int i = 0; i < kTasks; ++i) inbox->perform([&] { ++done; });
+  });
+  for (int i = 0; i < 100; ++i) {
+    const RunLoopDriver driver(loop);
+    QCoreApplication::processEvents();
+  }
+  other.join();
+  QCoreApplication::processEvents();  // Wake-ups that were under way reach nobody.
+  const RunLoopDriver last(loop);
+  EXPECT_TRUE(runUntil([&] { return done == kTasks; }));
 }
 
 }  // namespace

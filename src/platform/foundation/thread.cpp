@@ -1,0 +1,10 @@
+#include "platform/foundation/thread.h"
+
+namespace tarnix {
+
+NSThread& NSThread::currentThread() {
+  thread_local NSThread thread;
+  return thread;
+}
+
+}  // namespace tarnix

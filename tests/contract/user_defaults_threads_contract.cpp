@@ -1,0 +1,132 @@
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+
+#include "contract/user_defaults_contract.h"
+
+namespace tarnix::test {
+namespace {
+
+using ::testing::Each;
+
+constexpr int kThreads = 4;
+constexpr int kRounds = 12;
+constexpr unsigned kNewAndOld = static_cast<unsigned>(NSKeyValueObservingOptions::newValue) |
+                                static_cast<unsigned>(NSKeyValueObservingOptions::oldValue);
+
+void onThreads(const std::function<void(int)>& body) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < kThreads; ++i) threads.emplace_back(body, i);
+  for (std::thread& each : threads) each.join();
+}
+
+PropertyList number(int value) { return {std::int64_t{value}}; }
+
+// Text and a dictionary that say the same, so that a reader notices half a value.
+PropertyList pairOf(int value) {
+  const String text(std::string(100, static_cast<char>('a' + value % 26)));
+  return {PropertyList::Dictionary{{"first", {text}}, {"second", {PropertyList::Array{{text}}}}}};
+}
+
+bool isWhole(const PropertyList& pair) {
+  const auto* const entries = pair.as<PropertyList::Dictionary>();
+  return entries != nullptr && entries->at("first") == entries->at("second").as<PropertyList::Array>()->at(0);
+}
+
+}  // namespace
+
+TEST_P(UserDefaultsContract, readersNeverSeeHalfAValueWhileOthersWrite) {
+  set("pair", pairOf(0).value);
+  std::atomic<int> writing = kThreads / 2;
+  std::atomic<int> torn = 0;
+  onThreads([&](int thread) {
+    if (thread % 2 == 0) {
+      for (int i = 0; i < kRounds; ++i) defaults->setObject(pairOf(thread * kRounds + i), "pair");
+      --writing;
+    }
+    do {
+      const auto found = defaults->objectForKey("pair");
+      if (!found || !isWhole(*found) || !isWhole(defaults->dictionaryRepresentation().at("pair"))) ++torn;
+    } while (writing > 0);
+  });
+  EXPECT_EQ(torn, 0);
+}
+
+TEST_P(UserDefaultsContract, changesAreToldOnTheThreadThatMakesThemInTheirOrder) {
+  std::vector<std::shared_ptr<NotingObserver>> observers;
+  std::vector<std::thread::id> threads(kThreads);
+  for (int i = 0; i < kThreads; ++i) observers.push_back(observer("own " + std::to_string(i), "no"));
+  const auto shared = observer("shared", "n");
+  onThreads([&](int thread) {
+    threads[static_cast<std::size_t>(thread)] = std::this_thread::get_id();
+    for (int i = 0; i < kRounds; ++i) {
+      defaults->setObject(number(i), "own " + std::to_string(thread));
+      defaults->setObject(number(thread * kRounds + i), "shared");
+    }
+  });
+  for (std::size_t i = 0; i < observers.size(); ++i) {
+    const auto notes = observers[i]->take();
+    ASSERT_EQ(notes.size(), std::size_t{kRounds});
+    for (int round = 0; round < kRounds; ++round) {
+      const auto& note = notes[static_cast<std::size_t>(round)];
+      EXPECT_EQ(note.thread, threads[i]);
+      EXPECT_EQ(std::get<PropertyList>(*note.change.newValue), number(round));
+      const auto* const old = std::get_if<PropertyList>(&*note.change.oldValue);
+      EXPECT_TRUE(round == 0 ? old == nullptr : *old == number(round - 1));
+    }
+  }
+  EXPECT_EQ(shared->take().size(), std::size_t{kThreads * kRounds});
+  restart();
+  for (int i = 0; i < kThreads; ++i) {
+    EXPECT_EQ(defaults->objectForKey("own " + std::to_string(i)), number(kRounds - 1));
+  }
+}
+
+// The old value of each change is the new value of another one, whoever writes.
+TEST_P(UserDefaultsContract, theValuesToldOfOneKeyFormAChain) {
+  const auto shared = observer("shared", "no");
+  onThreads([&](int thread) {
+    for (int i = 0; i < kRounds; ++i) defaults->setObject(number(1 + thread * kRounds + i), "shared");
+  });
+  std::vector<int> timesNew(kThreads * kRounds + 1), timesOld(kThreads * kRounds + 1);
+  const auto indexOf = [](const std::optional<NSKeyValueChangeDictionary::Value>& value) {
+    const auto* const list = std::get_if<PropertyList>(&*value);
+    return static_cast<std::size_t>(list == nullptr ? 0 : *list->as<std::int64_t>());
+  };
+  for (const auto& note : shared->take()) {
+    ++timesNew[indexOf(note.change.newValue)];
+    ++timesOld[indexOf(note.change.oldValue)];
+  }
+  const auto last = defaults->objectForKey("shared");
+  ++timesNew[0];
+  ++timesOld[static_cast<std::size_t>(*last->as<std::int64_t>())];
+  EXPECT_THAT(timesNew, Each(1));
+  EXPECT_THAT(timesOld, Each(1));
+}
+
+TEST_P(UserDefaultsContract, observersMayComeAndGoWhileOthersWrite) {
+  onThreads([&](int thread) {
+    for (int i = 0; i < kRounds; ++i) {
+      const auto mine = std::make_shared<NotingObserver>();
+      defaults->addObserver(mine, "shared", kNewAndOld, nullptr);
+      if (thread % 2 == 0) defaults->setObject(number(i), "shared");
+      defaults->registerDefaults({{"registered " + std::to_string(thread), number(i)}});
+      if (i % 2 == 0) continue;  // Goes without a word.
+      defaults->removeObserver(*mine, "shared", nullptr);
+      mine->take();
+      defaults->setObject(number(i), "own " + std::to_string(thread));
+      defaults->removeObjectForKey("own " + std::to_string(thread));
+    }
+  });
+  const auto after = observer("shared", "n");
+  set("shared", std::int64_t{-1});
+  EXPECT_EQ(after->take().size(), 1U);
+  for (int i = 0; i < kThreads; ++i) {
+    EXPECT_EQ(defaults->objectForKey("registered " + std::to_string(i)), number(kRounds - 1));
+  }
+  EXPECT_EQ(defaults->dictionaryRepresentation().size(), std::size_t{kThreads + 1});
+}
+
+}  // namespace tarnix::test

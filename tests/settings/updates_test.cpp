@@ -1,0 +1,97 @@
+#include <thread>
+#include <vector>
+
+#include "settings/settings_test.h"
+#include "settings/store.h"
+#include "settings/updates.h"
+
+namespace tarnix {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class UpdatesTest : public SettingsTest {
+ protected:
+  static Task collect(AsyncStream<int> stream, std::vector<int>* values) {
+    while (const auto value = co_await stream.next()) values->push_back(*value);
+    values->push_back(-1);
+  }
+  static Task count(AsyncStream<Void> stream, int* elements) {
+    while (const auto element = co_await stream.next()) *elements += element.has_value() ? 1 : 0;
+  }
+
+  Defaults::Key<int> number{"number", 7};
+  std::vector<int> values;
+};
+
+TEST_F(UpdatesTest, everyWriteArrivesInOrderHoweverLateItIsTaken) {
+  AsyncStream<int> stream = Defaults::updates(number);
+  for (int i = 0; i < 1000; ++i) defaults[number] = i;
+  const Task task = collect(std::move(stream), &values);
+  EXPECT_THAT(values, IsEmpty());  // A task runs in turns of the loop only.
+  runLoop();
+  ASSERT_EQ(values.size(), 1001U);
+  EXPECT_EQ(values.front(), 7);
+  EXPECT_EQ(values.back(), 999);
+  defaults[number] = 5;
+  Defaults::reset(number);
+  runLoop();
+  EXPECT_EQ((std::vector(values.end() - 2, values.end())), (std::vector{5, 7}));
+}
+
+TEST_F(UpdatesTest, withoutTheInitialValueOnlyWritesArrive) {
+  const Task task = collect(Defaults::updates(number, false), &values);
+  runLoop();
+  EXPECT_THAT(values, IsEmpty());
+  defaults[number] = 1;
+  runLoop();
+  EXPECT_THAT(values, ElementsAre(1));
+}
+
+TEST_F(UpdatesTest, severalKeysHaveOneInitialElement) {
+  const Defaults::Key<bool> a("a", false), b("b", false);
+  int elements = 0;
+  const Task task = count(Defaults::updates({number, a, b}), &elements);
+  runLoop();
+  EXPECT_EQ(elements, 1);
+  defaults[a] = true;
+  defaults[number] = 1;
+  defaults[b] = true;
+  runLoop();
+  EXPECT_EQ(elements, 4);
+}
+
+TEST_F(UpdatesTest, droppingTheTaskEndsTheObservation) {
+  {
+    const Task task = collect(Defaults::updates(number), &values);
+    runLoop();
+    EXPECT_THAT(values, ElementsAre(7));
+  }
+  defaults[number] = 1;
+  runLoop();
+  EXPECT_THAT(values, ElementsAre(7));  // Nothing behind the wait has run either.
+  Task neverRun = collect(Defaults::updates(number), &values);
+  neverRun.cancel();
+  EXPECT_FALSE(neverRun.isRunning());
+  runLoop();
+  EXPECT_THAT(values, ElementsAre(7));
+}
+
+TEST_F(UpdatesTest, writesOfOtherThreadsAreTakenOnTheLoop) {
+  const Task task = collect(Defaults::updates(number, false), &values);
+  runLoop();
+  std::vector<std::thread> writers;
+  for (int i = 0; i < 4; ++i) {
+    writers.emplace_back([this] {
+      for (int k = 0; k < 50; ++k) defaults[number] = 1;
+    });
+  }
+  for (std::thread& writer : writers) writer.join();
+  EXPECT_THAT(values, IsEmpty());
+  runLoop();
+  EXPECT_EQ(values, std::vector<int>(200, 1));
+}
+
+}  // namespace
+}  // namespace tarnix
