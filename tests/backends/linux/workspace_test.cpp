@@ -227,11 +227,11 @@ TEST_F(WorkspaceTest, aProcessThatHidesIsKnownByItsShortName) {
 TEST(ProcessTable, neverMixesProcessesThatFollowEachOtherUnderOneIdentifier) {
   const TemporaryDirectory directory;
   const auto start = [&](int time) {
-    const std::string name = std::to_string(time);
+    const std::string startTime = std::to_string(time), name = "started-" + startTime;
     std::string stat = "100 (name) S";
     for (int field = 4; field < 22; ++field) stat += " 0";
-    writeFile(directory / (name + "/stat"), stat + " " + name);
-    writeFile(directory / (name + "/cmdline"), name);
+    writeFile(directory / (name + "/stat"), stat + " " + startTime);
+    writeFile(directory / (name + "/cmdline"), startTime);
     std::filesystem::create_directory_symlink(name, directory / "next");
     std::filesystem::rename(directory / "next", directory / "100");
   };
