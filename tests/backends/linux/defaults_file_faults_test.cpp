@@ -112,5 +112,37 @@ TEST_F(DefaultsFileFaultsTest, aFullDiskKeepsTheOldFileAndTheNewValue) {
   EXPECT_EQ(FileDefaultsStorage(file_).contents(), storage.contents());
 }
 
+// For the superuser nothing is read-only, so that this is a matter for a child that has become somebody else.
+bool becomeOrdinaryUser(const std::filesystem::path& home) {
+  constexpr uid_t kNobody = 65534;
+  if (::geteuid() != 0) return true;
+  return ::chown(home.c_str(), kNobody, kNobody) == 0 && ::setresgid(kNobody, kNobody, kNobody) == 0 &&
+         ::setresuid(kNobody, kNobody, kNobody) == 0;
+}
+
+TEST_F(DefaultsFileFaultsTest, aReadOnlyDirectoryKeepsTheOldFileAndTheNewValues) {
+  constexpr auto kReadOnly = std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec;
+  const auto fails = [](int at) { ::_exit(at); };
+  const Child child([&] {
+    if (!becomeOrdinaryUser(directory_.path())) fails(1);
+    std::vector<StorageFailure> failures;
+    FileDefaultsStorage storage(file_, [&](const StorageFailure& failure) { failures.push_back(failure); });
+    storage.setObject("old", generation(1));
+    const std::string before = contentsOf(file_);
+    std::filesystem::permissions(directory_.path(), kReadOnly);
+    storage.setObject("old", generation(2));
+    storage.setObject("new", {true});
+    storage.takeForeignChanges();
+    if (failures != std::vector{StorageFailure{StorageFailure::Kind::unwritable, EACCES}}) fails(2);
+    if (contentsOf(file_) != before || before.empty()) fails(3);
+    if (storage.object("old") != generation(2) || storage.object("new") != PropertyList{true}) fails(4);
+    std::filesystem::permissions(directory_.path(), std::filesystem::perms::owner_all);
+    storage.setObject("last", {true});
+    const FileDefaultsStorage next(file_);
+    if (next.contents().size() != 3 || next.contents() != storage.contents()) fails(5);
+  });
+  EXPECT_EQ(child.wait(), 0) << "the high byte says where";
+}
+
 }  // namespace
 }  // namespace tarnix::linux_desktop

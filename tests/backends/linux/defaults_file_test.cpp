@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "backends/linux/base_directories.h"
@@ -135,13 +136,18 @@ TEST_F(DefaultsFileTest, aPlaceThatCannotBeMadeIsReportedOnceAndTriedAgain) {
 
 TEST_F(DefaultsFileTest, whatIsNoFileOfOursIsLeftAlone) {
   std::filesystem::create_directories(file_);
-  open()->setObject("a", {true});
+  const auto first = open();
+  first->setObject("a", {true});
   EXPECT_TRUE(std::filesystem::is_directory(file_));
   std::filesystem::remove(file_);
   ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0);
-  open()->setObject("a", {true});
+  const auto second = open();
+  second->setObject("a", {true});
   EXPECT_TRUE(std::filesystem::is_fifo(file_));
-  EXPECT_THAT(reports_, testing::Each(Kind::notAFile));
+  EXPECT_THAT(reports_, ElementsAre(Kind::notAFile, Kind::notAFile)) << "once each";
+  for (const auto* const storage : {first.get(), second.get()}) {
+    EXPECT_EQ(storage->object("a"), PropertyList{true});
+  }
 }
 
 TEST_F(DefaultsFileTest, aFileOfAnotherUserIsNeitherReadNorReplaced) {
@@ -158,6 +164,19 @@ TEST_F(DefaultsFileTest, aFileOfAnotherUserIsNeitherReadNorReplaced) {
   storage->setObject("b", {true});
   EXPECT_THAT(reports_, ElementsAre(Kind::foreignOwner));
   EXPECT_EQ(contentsOf(file_), before);
+  EXPECT_EQ(storage->object("b"), PropertyList{true});
+}
+
+TEST_F(DefaultsFileTest, nothingIsMadeInADirectoryOfAnotherUser) {
+  const bool isRoot = ::geteuid() == 0;
+  ASSERT_TRUE(!isRoot || ::chown(directory_.path().c_str(), 12345, 12345) == 0);
+  const std::filesystem::path file = isRoot ? directory_ / "settings.plist" : "/tarnix-settings.plist";
+  const auto storage = open(file);
+  storage->setObject("a", {true});
+  storage->setObject("b", {true});
+  EXPECT_THAT(reports_, ElementsAre(Kind::foreignOwner));
+  EXPECT_THAT(storage->contents(), testing::SizeIs(2));
+  EXPECT_FALSE(std::filesystem::exists(file) || std::filesystem::exists(file.string() + ".lock"));
 }
 
 TEST_F(DefaultsFileTest, aLinkedFileIsReplacedAtItsTarget) {
@@ -180,14 +199,25 @@ TEST_F(DefaultsFileTest, linksThatSomebodyPlantedAreNotFollowed) {
   std::filesystem::create_symlink(directory_ / "victim", file_.string() + ".new");
   open()->setObject("b", {true});
   EXPECT_THAT(stored(), testing::SizeIs(2));
+  EXPECT_THAT(reports_, IsEmpty());
   std::filesystem::remove(file_.string() + ".lock");
   std::filesystem::create_symlink(directory_ / "victim", file_.string() + ".lock");
-  open()->setObject("c", {true});
+  const auto storage = open();
+  storage->setObject("c", {true});
+  storage->setObject("d", {true});
+  EXPECT_THAT(std::exchange(reports_, {}), ElementsAre(Kind::unwritable));
   EXPECT_EQ(contentsOf(directory_ / "victim"), "precious");
+  EXPECT_THAT(stored(), testing::SizeIs(2));
+  std::filesystem::remove(file_.string() + ".lock");
+  storage->setObject("e", {true});
+  EXPECT_EQ(stored(), storage->contents()) << "what waited is there too";
+
   std::filesystem::remove(file_);
   std::filesystem::create_symlink(file_, file_);
-  open()->setObject("d", {true});
-  EXPECT_THAT(reports_, testing::IsSupersetOf({Kind::unwritable, Kind::unreachable}));
+  const auto circular = open();
+  circular->setObject("f", {true});
+  EXPECT_THAT(reports_, ElementsAre(Kind::unreachable));
+  EXPECT_EQ(circular->object("f"), PropertyList{true});
 }
 
 TEST_F(DefaultsFileTest, whatTheFormatCannotHoldStaysInMemoryAndHoldsUpNothing) {
