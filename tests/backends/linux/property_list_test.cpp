@@ -228,19 +228,18 @@ TEST(XMLPropertyList, namesTheLineOfTheFault) {
 }
 
 // A document cut off anywhere before its last tag is a fault; a changed byte may leave a document, but never
-// does harm.
+// does harm. (The fuzz target does far more of this.)
 TEST(XMLPropertyList, survivesDamageAtEveryByte) {
   const std::string xml = xmlPropertyList(everyKind()).value_or("");
   const std::size_t end = xml.rfind('>');
   for (std::size_t size = 0; size < end; ++size) {
-    EXPECT_FALSE(readXMLPropertyList(std::string_view(xml).substr(0, size)).value) << size;
+    ASSERT_FALSE(readXMLPropertyList(std::string_view(xml).substr(0, size)).value) << size;
   }
+  constexpr std::string_view kReplacements("\0<&\xff", 4);
   for (std::size_t i = 0; i < end; ++i) {
-    for (const char replacement : {'\0', '<', '&', '\xff'}) {
-      std::string damaged = xml;
-      damaged[i] = replacement;
-      faultOf(damaged);
-    }
+    std::string damaged = xml;
+    damaged[i] = kReplacements[i % kReplacements.size()];
+    faultOf(damaged);
   }
 }
 
