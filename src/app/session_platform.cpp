@@ -85,8 +85,8 @@ Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop) {
   platform.workspace = workspaceOf(session.windowServer(), *platform.mainRunLoop);
   platform.windowServer = session.windowServer();
   platform.screens = session.screens();
-  platform.standardUserDefaults = std::make_shared<NSUserDefaults>(
-      settingsStorage(linux_desktop::defaultSettingsFile(), *platform.mainRunLoop));
+  platform.standardUserDefaults =
+      NSUserDefaults::make(settingsStorage(linux_desktop::defaultSettingsFile(), *platform.mainRunLoop));
   platform.suites = std::make_shared<DefaultsSuites>([loop = platform.mainRunLoop](const String& name) {
     return settingsStorage(linux_desktop::suiteSettingsFile(name.str()), *loop);
   });

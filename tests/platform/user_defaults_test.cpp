@@ -41,7 +41,6 @@ class SharedStorage final : public DefaultsStorage {
     foreign_ = {first, second};
     if (handler_) handler_();
   }
-  bool isListenedTo() const { return handler_ != nullptr; }
 
  private:
   MemoryDefaultsStorage own_;
@@ -69,7 +68,7 @@ class Lines final : public NSObject {
 TEST(NSUserDefaults, tellsOfWhatOtherProcessesChangeAsOfItsOwn) {
   auto storage = std::make_unique<SharedStorage>();
   SharedStorage& shared = *storage;
-  const auto defaults = std::make_shared<NSUserDefaults>(std::move(storage));
+  const auto defaults = NSUserDefaults::make(std::move(storage));
   const auto observer = std::make_shared<Lines>();
   for (const char* key : {"a", "b"}) defaults->addObserver(observer, key, 3, nullptr);
   shared.changeElsewhere("a", "b", 1);

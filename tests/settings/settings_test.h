@@ -13,7 +13,7 @@ namespace tarnix {
 class SettingsTest : public testing::Test {
  protected:
   static std::shared_ptr<NSUserDefaults> makeSuite() {
-    return std::make_shared<NSUserDefaults>(std::make_unique<MemoryDefaultsStorage>());
+    return NSUserDefaults::make(std::make_unique<MemoryDefaultsStorage>());
   }
   std::optional<PropertyList> stored(const String& name) const { return suite->objectForKey(name); }
   void store(const String& name, PropertyList::Value value) {

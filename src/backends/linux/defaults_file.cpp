@@ -75,9 +75,11 @@ std::vector<String> keysThatDiffer(const Dictionary& before, const Dictionary& a
 // What the storage shares with the thread of the loop, which alone sees the watch.
 class FileDefaultsStorage::Follower : public std::enable_shared_from_this<FileDefaultsStorage::Follower> {
  public:
-  // On the thread of the loop, once.
-  void start(RunLoop& loop, const std::filesystem::path& file) {
-    watch_ = std::make_unique<FileWatch>(loop, file, [this] { tell(); });
+  Follower(RunLoop& loop, std::filesystem::path file) : loop_(loop), file_(std::move(file)) {}
+
+  // On the thread of the loop, which is there while it runs this.
+  void look() {
+    if (!watch_) watch_ = std::make_unique<FileWatch>(loop_, file_, [this] { tell(); });
     tell();
   }
 
@@ -95,6 +97,8 @@ class FileDefaultsStorage::Follower : public std::enable_shared_from_this<FileDe
     if (const std::function<void()> handler = handler_) handler();
   }
 
+  RunLoop& loop_;
+  std::filesystem::path file_;
   std::recursive_mutex mutex_;
   std::function<void()> handler_;
   std::unique_ptr<FileWatch> watch_;
@@ -103,7 +107,9 @@ class FileDefaultsStorage::Follower : public std::enable_shared_from_this<FileDe
 FileDefaultsStorage::FileDefaultsStorage(std::filesystem::path file, Report report, RunLoop* loop)
     : file_(std::move(file)), report_(std::move(report)) {
   load();
-  if (loop != nullptr) follow(*loop);
+  if (loop == nullptr) return;
+  inbox_ = loop->inbox();
+  follower_ = std::make_shared<Follower>(*loop, file_);
 }
 
 FileDefaultsStorage::~FileDefaultsStorage() {
@@ -114,17 +120,15 @@ FileDefaultsStorage::~FileDefaultsStorage() {
   if (!unsaved_.empty()) save();
 }
 
-// The task may run after this object's end, when only the loop itself is sure to be there.
-void FileDefaultsStorage::follow(RunLoop& loop) {
-  inbox_ = loop.inbox();
-  follower_ = std::make_shared<Follower>();
-  inbox_->perform([&loop, file = file_, weak = std::weak_ptr(follower_)] {
-    if (const auto follower = weak.lock()) follower->start(loop, file);
-  });
-}
-
+// What changed since the file was read, before it is watched, is found by the first look.
 void FileDefaultsStorage::setForeignChangeHandler(std::function<void()> handler) {
-  if (follower_) follower_->setHandler(std::move(handler));
+  if (!follower_) return;
+  const bool isListening = handler != nullptr;
+  follower_->setHandler(std::move(handler));
+  if (!isListening) return;
+  inbox_->perform([weak = std::weak_ptr(follower_)] {
+    if (const auto follower = weak.lock()) follower->look();
+  });
 }
 
 std::optional<PropertyList> FileDefaultsStorage::object(const String& key) const {

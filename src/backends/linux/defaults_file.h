@@ -34,8 +34,8 @@ class FileDefaultsStorage final : public DefaultsStorage {
   // Called from within any of the calls below. A failure that lasts is reported once.
   using Report = std::function<void(const StorageFailure&)>;
 
-  // Calls the handler of foreign changes on `loop`, whatever thread this object is used on, once at first and
-  // then whenever the file may have changed (`FileWatch`). Never calls it without a loop.
+  // Calls the handler of foreign changes on `loop`, whatever thread this object is used on: once after it was
+  // set, and then whenever the file may have changed (`FileWatch`). Never calls it without a loop.
   explicit FileDefaultsStorage(std::filesystem::path file, Report report = {}, RunLoop* loop = nullptr);
   FileDefaultsStorage(const FileDefaultsStorage&) = delete;
   FileDefaultsStorage& operator=(const FileDefaultsStorage&) = delete;
@@ -53,7 +53,6 @@ class FileDefaultsStorage final : public DefaultsStorage {
   using Changes = std::map<String, std::optional<PropertyList>>;  // Absent: the key is removed.
   class Follower;
 
-  void follow(RunLoop& loop);
   void load();
   void save();
   void change(const String& key, std::optional<PropertyList> object);
@@ -71,9 +70,9 @@ class FileDefaultsStorage final : public DefaultsStorage {
   PropertyList::Dictionary stored_;
   bool hasNews_ = false;  // Some of `stored_` is of another process and not yet in `contents_`.
   Changes unsaved_;
-  Changes unfit_;                        // Those that the file cannot hold.
-  std::vector<StorageFailure> lasting_;  // Reported, until file and memory are in step again.
-  std::shared_ptr<RunLoop::Inbox> inbox_;
+  Changes unfit_;                          // Those that the file cannot hold.
+  std::vector<StorageFailure> lasting_;    // Reported, until file and memory are in step again.
+  std::shared_ptr<RunLoop::Inbox> inbox_;  // Null without a loop, as the follower.
   std::shared_ptr<Follower> follower_;
 };
 

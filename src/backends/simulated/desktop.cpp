@@ -69,8 +69,7 @@ Desktop::Desktop() {
   platform_.workspace = std::make_shared<Workspace>(*this);
   platform_.windowServer = std::make_shared<WindowServer>(*this);
   platform_.screens = std::make_shared<Screens>(*this);
-  platform_.standardUserDefaults =
-      std::make_shared<NSUserDefaults>(std::make_unique<MemoryDefaultsStorage>());
+  platform_.standardUserDefaults = NSUserDefaults::make(std::make_unique<MemoryDefaultsStorage>());
   platform_.suites = std::make_shared<DefaultsSuites>(
       [](const String&) { return std::make_unique<MemoryDefaultsStorage>(); });
   scope_ = std::make_unique<PlatformScope>(platform_);

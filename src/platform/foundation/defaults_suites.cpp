@@ -26,7 +26,7 @@ std::shared_ptr<NSUserDefaults> DefaultsSuites::named(const String& name) {
   if (!isSuiteName(name)) return nullptr;
   const std::lock_guard lock(mutex_);
   std::shared_ptr<NSUserDefaults>& suite = suites_[name];
-  if (!suite) suite = std::make_shared<NSUserDefaults>(open_(name));
+  if (!suite) suite = NSUserDefaults::make(open_(name));
   return suite;
 }
 

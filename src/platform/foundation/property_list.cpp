@@ -2,42 +2,37 @@
 
 #include <limits>
 #include <type_traits>
-#include <utility>
+#include <variant>
 
 namespace tarnix {
 namespace {
 
-PropertyList::Value stored(std::uint64_t number) {
-  const bool isSigned = number <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-  return isSigned ? PropertyList::Value(static_cast<std::int64_t>(number)) : PropertyList::Value(number);
-}
-
-PropertyList::Value stored(PropertyList::Array items) {
-  for (PropertyList& item : items) item = storedForm(std::move(item));
-  return items;
-}
-
-PropertyList::Value stored(PropertyList::Dictionary entries) {
-  for (auto& [key, value] : entries) value = storedForm(std::move(value));
-  return entries;
-}
-
+// `value` is what `all` holds.
 template <typename T>
-PropertyList::Value stored(T value) {
-  if constexpr (std::is_same_v<T, float>) {
-    return static_cast<double>(value);
+void convert(PropertyList::Value& all, T& value) {
+  constexpr auto kLargest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+  if constexpr (std::is_same_v<T, PropertyList::Array>) {
+    for (PropertyList& item : value) convertToStoredForm(item);
+  } else if constexpr (std::is_same_v<T, PropertyList::Dictionary>) {
+    for (auto& [key, item] : value) convertToStoredForm(item);
+  } else if constexpr (std::is_same_v<T, float>) {
+    all = static_cast<double>(value);
+  } else if constexpr (std::is_same_v<T, std::uint64_t>) {
+    if (value <= kLargest) all = static_cast<std::int64_t>(value);
   } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
-    return static_cast<std::int64_t>(value);
-  } else {
-    return value;
+    all = static_cast<std::int64_t>(value);
   }
 }
 
 }  // namespace
 
+void convertToStoredForm(PropertyList& list) {
+  std::visit([&](auto& value) { convert(list.value, value); }, list.value);
+}
+
 PropertyList storedForm(PropertyList list) {
-  return {std::visit([](auto&& value) { return stored(std::forward<decltype(value)>(value)); },
-                     std::move(list.value))};
+  convertToStoredForm(list);
+  return list;
 }
 
 }  // namespace tarnix

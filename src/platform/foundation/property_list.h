@@ -32,8 +32,9 @@ struct PropertyList {
   friend bool operator==(const PropertyList&, const PropertyList&) = default;
 };
 
-// The value as storages keep it and give it back: integers as `int64_t`, or as `uint64_t` where they exceed
-// that, and reals as `double`, at any depth.
+// Makes the value what storages keep and give back: integers are `int64_t`, or `uint64_t` where they exceed
+// that, and reals are `double`, at any depth.
+void convertToStoredForm(PropertyList& list);
 PropertyList storedForm(PropertyList list);
 
 }  // namespace tarnix

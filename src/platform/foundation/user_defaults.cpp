@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <iterator>
 #include <utility>
 
 #include "platform/platform.h"
@@ -42,7 +43,15 @@ void MemoryDefaultsStorage::removeObject(const String& key) { contents_.erase(ke
 
 NSUserDefaults::NSUserDefaults(std::unique_ptr<DefaultsStorage> storage) : storage_(std::move(storage)) {
   for (auto& [key, object] : storage_->contents()) entries_[key].stored = std::move(object);
-  storage_->setForeignChangeHandler([this] { takeForeignChanges(); });
+}
+
+// Listens when the object is complete, since changes may come at once and on another thread.
+std::shared_ptr<NSUserDefaults> NSUserDefaults::make(std::unique_ptr<DefaultsStorage> storage) {
+  const std::shared_ptr<NSUserDefaults> defaults(new NSUserDefaults(std::move(storage)));
+  defaults->storage_->setForeignChangeHandler([weak = std::weak_ptr(defaults)] {
+    if (const auto alive = weak.lock()) alive->takeForeignChanges();
+  });
+  return defaults;
 }
 
 NSUserDefaults::~NSUserDefaults() { storage_->setForeignChangeHandler({}); }
@@ -63,10 +72,10 @@ std::optional<PropertyList> NSUserDefaults::objectForKey(const String& key) cons
 
 void NSUserDefaults::setObject(std::optional<PropertyList> object, const String& key) {
   if (!object) return removeObjectForKey(key);
+  convertToStoredForm(*object);
   change(key, [&](const String& name) {
-    PropertyList stored = storedForm(*std::move(object));
-    storage_->setObject(name, stored);
-    return std::optional(std::move(stored));
+    storage_->setObject(name, *object);
+    return std::move(object);
   });
 }
 
@@ -99,6 +108,7 @@ PropertyList::Dictionary NSUserDefaults::dictionaryRepresentation() const {
 void NSUserDefaults::addObserver(const std::shared_ptr<NSObject>& observer, const String& keyPath,
                                  unsigned options, void* context) {
   const auto registration = std::make_shared<Registration>(observer, options, context);
+  isObserved_ = true;
   NSKeyValueChangeDictionary initial;
   {
     const std::lock_guard lock(entriesMutex_);
@@ -123,32 +133,37 @@ void NSUserDefaults::removeObserver(const NSObject& observer, const String& keyP
   if (entry->second.isEmpty()) entries_.erase(entry);
 }
 
-// `write` changes the storage and gives the value stored from now on. The key is a copy, since observers may
-// destroy what it came from.
+// `write` changes the storage and gives the value stored from now on.
 template <typename Write>
-void NSUserDefaults::change(String key, Write write) {
-  const auto alive = weak_from_this().lock();
-  announcePrior(key);
-  NSKeyValueChangeDictionary change;
+void NSUserDefaults::change(const String& key, Write write) {
+  if (!isObserved_) return changeNow(key, write);
+  // Observers may destroy the settings, and what the key came from.
+  const auto alive = shared_from_this();
+  const String name = key;
+  announcePrior(name);
+  changeNow(name, write);
+}
+
+template <typename Write>
+void NSUserDefaults::changeNow(const String& key, Write& write) {
   Registrations registrations;
+  std::optional<NSKeyValueChangeDictionary> change;
   {
     const std::lock_guard storageLock(storageMutex_);
-    std::optional<PropertyList> object = write(std::as_const(key));
+    std::optional<PropertyList> object = write(key);
     const std::lock_guard lock(entriesMutex_);
     Entry& entry = entries_[key];
-    std::erase_if(entry.registrations, [](const auto& each) { return each->observer.expired(); });
-    registrations = entry.registrations;
-    if (!registrations.empty()) change.oldValue = valueOrNull(entry.visible());
+    registrations = liveRegistrations(entry);
+    if (!registrations.empty()) change.emplace().oldValue = valueOrNull(entry.visible());
     entry.stored = std::move(object);
-    if (!registrations.empty()) change.newValue = valueOrNull(entry.visible());
+    if (change) change->newValue = valueOrNull(entry.visible());
     if (entry.isEmpty()) entries_.erase(key);
   }
-  for (const auto& registration : registrations) deliver(*registration, key, change);
+  if (!registrations.empty()) deliver(registrations, key, *change);
 }
 
 // A value that this process has written meanwhile is what the storage gives by then.
 void NSUserDefaults::takeForeignChanges() {
-  const auto alive = weak_from_this().lock();
   std::vector<String> keys;
   {
     const std::lock_guard lock(storageMutex_);
@@ -159,20 +174,33 @@ void NSUserDefaults::takeForeignChanges() {
   }
 }
 
+// Without those whose observer is gone, which are forgotten.
+NSUserDefaults::Registrations NSUserDefaults::liveRegistrations(Entry& entry) {
+  if (entry.registrations.empty()) return {};
+  std::erase_if(entry.registrations, [](const auto& each) { return each->observer.expired(); });
+  return entry.registrations;
+}
+
 void NSUserDefaults::announcePrior(const String& key) {
-  NSKeyValueChangeDictionary change;
   Registrations registrations;
+  NSKeyValueChangeDictionary change;
   {
     const std::lock_guard lock(entriesMutex_);
     const auto entry = entries_.find(key);
-    if (entry == entries_.end()) return;
-    for (const auto& each : entry->second.registrations) {
-      if (holds(each->options, Options::prior)) registrations.push_back(each);
-    }
-    if (!registrations.empty()) change.oldValue = valueOrNull(entry->second.visible());
+    if (entry == entries_.end() || entry->second.registrations.empty()) return;
+    std::ranges::copy_if(entry->second.registrations, std::back_inserter(registrations),
+                         [](const auto& each) { return holds(each->options, Options::prior); });
+    change.oldValue = valueOrNull(entry->second.visible());
   }
   change.notificationIsPrior = true;
-  for (const auto& registration : registrations) deliver(*registration, key, change);
+  deliver(registrations, key, change);
+}
+
+void NSUserDefaults::deliver(const Registrations& registrations, const String& key,
+                             const NSKeyValueChangeDictionary& change) {
+  const auto alive = shared_from_this();
+  const String name = key;
+  for (const auto& registration : registrations) deliver(*registration, name, change);
 }
 
 void NSUserDefaults::deliver(const Registration& registration, const String& key,
@@ -182,7 +210,7 @@ void NSUserDefaults::deliver(const Registration& registration, const String& key
   NSKeyValueChangeDictionary told = change;
   if (!holds(registration.options, Options::newValue)) told.newValue.reset();
   if (!holds(registration.options, Options::oldValue)) told.oldValue.reset();
-  observer->observeValueForKeyPath(key, weak_from_this().lock(), &told, registration.context);
+  observer->observeValueForKeyPath(key, shared_from_this(), &told, registration.context);
 }
 
 }  // namespace tarnix

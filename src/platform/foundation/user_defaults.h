@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -35,18 +36,18 @@ class DefaultsStorage {
 class MemoryDefaultsStorage final : public DefaultsStorage {
  public:
   std::optional<PropertyList> object(const String& key) const override;
-  PropertyList::Dictionary contents() const override { return contents_; }
+  PropertyList::Dictionary contents() const override { return {contents_.begin(), contents_.end()}; }
   void setObject(const String& key, PropertyList object) override;
   void removeObject(const String& key) override;
   void setForeignChangeHandler(std::function<void()>) override {}
   std::vector<String> takeForeignChanges() override { return {}; }
 
  private:
-  PropertyList::Dictionary contents_;
+  std::unordered_map<String, PropertyList> contents_;
 };
 
 // One suite of settings: stored values in front of registered defaults. Safe for use from any thread; readers
-// never wait for the disk. Owned by `shared_ptr`.
+// never wait for the disk.
 //
 // Changes are delivered on the thread that makes them, outside all locks, in the order of registration;
 // observers may read, write, register and remove. An observer that is removed during a delivery gets nothing
@@ -54,7 +55,7 @@ class MemoryDefaultsStorage final : public DefaultsStorage {
 // storage.
 class NSUserDefaults final : public NSObject {
  public:
-  explicit NSUserDefaults(std::unique_ptr<DefaultsStorage> storage);
+  static std::shared_ptr<NSUserDefaults> make(std::unique_ptr<DefaultsStorage> storage);
   ~NSUserDefaults() override;
 
   // The process's shared suite, from the installed platform.
@@ -80,6 +81,8 @@ class NSUserDefaults final : public NSObject {
   void removeObserver(const NSObject& observer, const String& keyPath, void* context);
 
  private:
+  explicit NSUserDefaults(std::unique_ptr<DefaultsStorage> storage);
+
   struct Registration;
   using Registrations = std::vector<std::shared_ptr<Registration>>;
   // Everything that is known about one key.
@@ -93,9 +96,14 @@ class NSUserDefaults final : public NSObject {
   };
 
   template <typename Write>
-  void change(String key, Write write);
+  void change(const String& key, Write write);
+  template <typename Write>
+  void changeNow(const String& key, Write& write);
   void takeForeignChanges();
+  static Registrations liveRegistrations(Entry& entry);
   void announcePrior(const String& key);
+  void deliver(const Registrations& registrations, const String& key,
+               const NSKeyValueChangeDictionary& change);
   void deliver(const Registration& registration, const String& key, const NSKeyValueChangeDictionary& change);
 
   // Held while the storage is used and, within that, `entriesMutex_` for each look at the entries.
@@ -103,6 +111,7 @@ class NSUserDefaults final : public NSObject {
   std::unique_ptr<DefaultsStorage> storage_;
   mutable std::mutex entriesMutex_;
   std::unordered_map<String, Entry> entries_;
+  std::atomic<bool> isObserved_ = false;  // True once anybody has registered.
 };
 
 }  // namespace tarnix

@@ -203,7 +203,7 @@ class Observer final : public NSObject {
 constexpr auto kNewValue = static_cast<unsigned>(NSKeyValueObservingOptions::newValue);
 
 TEST_F(DefaultsFollowingTest, observersHearOfOtherProcessesAndMayEndTheirOwnSettings) {
-  auto defaults = std::make_shared<NSUserDefaults>(
+  auto defaults = NSUserDefaults::make(
       std::make_unique<FileDefaultsStorage>(file_, FileDefaultsStorage::Report(), &loop_));
   const auto observer = std::make_shared<Observer>();
   defaults->addObserver(observer, "key", kNewValue, nullptr);
@@ -227,7 +227,7 @@ TEST_F(DefaultsFollowingTest, mayBeMadeUsedAndEndedOnAnotherThread) {
   const auto observer = std::make_shared<Observer>();
   std::thread other([&] {
     for (int round = 0; round < 5; ++round) {
-      const auto defaults = std::make_shared<NSUserDefaults>(
+      const auto defaults = NSUserDefaults::make(
           std::make_unique<FileDefaultsStorage>(file_, FileDefaultsStorage::Report(), &loop_));
       defaults->addObserver(observer, "theirs", kNewValue, nullptr);
       for (int i = 0; i < 4; ++i) {
@@ -248,6 +248,7 @@ TEST_F(DefaultsFollowingTest, outlivesTheLoopThatItFollowsOn) {
   {
     RunLoop loop{steadyClock()};
     storage_.emplace(file_, FileDefaultsStorage::Report(), &loop);
+    storage_->setForeignChangeHandler([] {});
     loop.runDue();
     EXPECT_THAT(loop.watchedDescriptors(), ::testing::SizeIs(1));
   }

@@ -9,7 +9,7 @@ namespace {
 class FileStage final : public test::DefaultsStage {
  public:
   std::shared_ptr<NSUserDefaults> start() override {
-    return std::make_shared<NSUserDefaults>(std::make_unique<FileDefaultsStorage>(file_));
+    return NSUserDefaults::make(std::make_unique<FileDefaultsStorage>(file_));
   }
   PropertyList::Dictionary stored() override { return FileDefaultsStorage(file_).contents(); }
 

@@ -46,6 +46,16 @@ TEST(Toggle, showsWhatItsBindingSaysWithoutWritingIt) {
   EXPECT_EQ(writings, 0);
 }
 
+TEST(Toggle, isNamedByItsLabelView) {
+  Stage stage;
+  bool isOn = false;
+  stage.show(HStack(
+      {Toggle(bindingTo(isOn), Text("By text")), Toggle(bindingTo(isOn), Label("By label", "trash"))}));
+  stage.press(QAccessible::CheckBox, "By text");
+  EXPECT_TRUE(isOn);
+  EXPECT_TRUE(stage.has(QAccessible::CheckBox, "By label"));
+}
+
 TEST(Button, thatShowsItsSymbolOnlyIsNamedByItsTitle) {
   Stage stage;
   int presses = 0;

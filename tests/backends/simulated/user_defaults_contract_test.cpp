@@ -10,7 +10,7 @@ class MemoryStage final : public test::DefaultsStage {
     auto storage = std::make_unique<MemoryDefaultsStorage>();
     for (const auto& [key, object] : stored()) storage->setObject(key, object);
     storage_ = storage.get();
-    defaults_ = std::make_shared<NSUserDefaults>(std::move(storage));
+    defaults_ = NSUserDefaults::make(std::move(storage));
     return defaults_;
   }
   PropertyList::Dictionary stored() override {
