@@ -7,7 +7,10 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <limits>
+
+#include "platform/foundation/base64.h"
 
 namespace tarnix::linux_desktop {
 namespace {
@@ -22,7 +25,6 @@ using std::chrono::year;
 using std::chrono::year_month_day;
 
 constexpr sys_seconds kReferenceDate = sys_days{year{2001} / 1 / 1};
-constexpr std::string_view kBase64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 bool isBlank(char character) {
@@ -73,28 +75,6 @@ int fieldOf(std::string_view text, std::size_t offset, std::size_t size) {
 bool matches(std::string_view text, std::string_view pattern) {
   return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
                     [](char a, char b) { return b == 'd' ? isDigit(a) : a == b; });
-}
-
-std::optional<std::uint32_t> sextetOf(char digit) {
-  const std::size_t position = kBase64Digits.find(digit);
-  if (position == std::string_view::npos) return std::nullopt;
-  return static_cast<std::uint32_t>(position);
-}
-
-// Appends what four base64 digits stand for. False for a foreign character, for padding in the middle and for
-// bits behind the last byte.
-bool appendQuartet(std::string_view quartet, PropertyList::Data& data) {
-  const std::size_t digits = std::min(quartet.find('='), quartet.size());
-  if (digits < 2 || quartet.substr(digits).find_first_not_of('=') != std::string_view::npos) return false;
-  std::uint32_t bits = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    const std::optional<std::uint32_t> sextet = i < digits ? sextetOf(quartet[i]) : 0;
-    if (!sextet) return false;
-    bits = bits << 6 | *sextet;
-  }
-  const std::size_t bytes = digits - 1;
-  for (std::size_t i = 0; i < bytes; ++i) data.push_back(static_cast<std::uint8_t>(bits >> (16 - 8 * i)));
-  return (bits & ((1U << (24 - 8 * bytes)) - 1)) == 0;
 }
 
 // Removes one well-formed sequence from the front and gives its code point; absent when there is none.
@@ -177,30 +157,11 @@ std::optional<std::string> textOf(Date date) {
 
 std::optional<PropertyList::Data> dataFromText(std::string_view text) {
   std::string digits;
-  std::copy_if(text.begin(), text.end(), std::back_inserter(digits), [](char c) { return !isBlank(c); });
-  if (digits.size() % 4 != 0) return std::nullopt;
-  PropertyList::Data data;
-  for (std::size_t i = 0; i < digits.size(); i += 4) {
-    const bool isLast = i + 4 == digits.size();
-    const std::string_view quartet = std::string_view(digits).substr(i, 4);
-    if (!isLast && quartet.ends_with('=')) return std::nullopt;
-    if (!appendQuartet(quartet, data)) return std::nullopt;
-  }
-  return data;
+  std::ranges::copy_if(text, std::back_inserter(digits), [](char c) { return !isBlank(c); });
+  return base64Decoded(digits);
 }
 
-std::string textOf(const PropertyList::Data& data) {
-  std::string text;
-  for (std::size_t i = 0; i < data.size(); i += 3) {
-    const std::size_t bytes = std::min<std::size_t>(3, data.size() - i);
-    std::uint32_t bits = 0;
-    for (std::size_t j = 0; j < 3; ++j) bits = bits << 8 | (j < bytes ? data[i + j] : 0U);
-    for (std::size_t j = 0; j < 4; ++j) {
-      text.push_back(j <= bytes ? kBase64Digits[bits >> (18 - 6 * j) & 63] : '=');
-    }
-  }
-  return text;
-}
+std::string textOf(const PropertyList::Data& data) { return base64Encoded(data).str(); }
 
 bool isXMLText(std::string_view text) {
   while (!text.empty()) {
