@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/foundation/user_defaults.h"
@@ -50,7 +51,9 @@ class UserDefaultsContract
     : public ::testing::TestWithParam<std::function<std::unique_ptr<DefaultsStage>()>> {
  protected:
   void restart();
-  void set(const String& key, PropertyList::Value value) { defaults->setObject(PropertyList{value}, key); }
+  void set(const String& key, PropertyList::Value value) {
+    defaults->setObject(PropertyList{std::move(value)}, key);
+  }
   // `options` in letters: n(ew), o(ld), i(nitial), p(rior).
   std::shared_ptr<NotingObserver> observer(const String& key, const std::string& options,
                                            void* context = nullptr);

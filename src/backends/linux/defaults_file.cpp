@@ -155,7 +155,7 @@ std::vector<String> FileDefaultsStorage::takeForeignChanges() {
   if (unsaved_.empty()) lasting_.clear();
   if (!std::exchange(hasNews_, false)) return {};
   const Dictionary present = withChanges(withChanges(stored_, unfit_), unsaved_);
-  const std::vector<String> keys = keysThatDiffer(contents_, present);
+  std::vector<String> keys = keysThatDiffer(contents_, present);
   for (const String& key : keys) apply(key, valueIn(present, key), contents_);
   return keys;
 }

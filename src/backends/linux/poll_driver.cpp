@@ -25,6 +25,7 @@ timespec timespecOf(nanoseconds duration) {
 
 std::vector<pollfd> pollEntriesOf(const std::vector<RunLoop::Descriptor>& watched) {
   std::vector<pollfd> entries;
+  entries.reserve(watched.size() + 1);  // With the alarm.
   for (const auto& [descriptor, id] : watched) entries.push_back({descriptor, POLLIN, 0});
   return entries;
 }
