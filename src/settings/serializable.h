@@ -101,8 +101,8 @@ Bridged<SetAlgebraBridge<T>> bridgedBy(Rank<1>);
 
 template <typename Key, typename Value>
 inline constexpr bool isNativeDictionary = false;
-template <typename Value>
-inline constexpr bool isNativeDictionary<String, Value> = isNativelySupported<Value>;
+template <IsText Key, typename Value>
+inline constexpr bool isNativeDictionary<Key, Value> = isNativelySupported<Value>;
 
 }  // namespace internal
 

@@ -4,6 +4,7 @@
 #include <concepts>
 #include <map>
 #include <optional>
+#include <string>
 #include <tuple>
 #include <type_traits>
 #include <unordered_map>
@@ -15,6 +16,9 @@
 
 // Stored objects as C++ values and back, without any bridge: what user defaults hold by themselves.
 namespace tarnix {
+
+template <typename T>
+concept IsText = std::same_as<T, String> || std::same_as<T, std::string>;
 
 namespace internal {
 
@@ -64,10 +68,10 @@ struct DictionaryContent : ObjectContent<void> {
   using Element = T;
   static constexpr bool isDictionary = true;
 };
-template <typename T>
-struct ObjectContent<std::map<String, T>> : DictionaryContent<T> {};
-template <typename T>
-struct ObjectContent<std::unordered_map<String, T>> : DictionaryContent<T> {};
+template <IsText Key, typename T>
+struct ObjectContent<std::map<Key, T>> : DictionaryContent<T> {};
+template <IsText Key, typename T>
+struct ObjectContent<std::unordered_map<Key, T>> : DictionaryContent<T> {};
 template <typename T>
 struct ObjectContent<std::optional<T>> : ObjectContent<void> {
   using Type = typename ObjectContent<T>::Type;
@@ -78,9 +82,8 @@ struct ObjectContent<std::optional<T>> : ObjectContent<void> {
 
 // Numbers of every width, booleans, text, data and dates.
 template <typename T>
-concept IsScalarObject =
-    !std::is_void_v<typename internal::StoredNumber<T>::Type> || std::same_as<T, bool> ||
-    std::same_as<T, String> || std::same_as<T, PropertyList::Data> || std::same_as<T, Date>;
+concept IsScalarObject = !std::is_void_v<typename internal::StoredNumber<T>::Type> || std::same_as<T, bool> ||
+                         IsText<T> || std::same_as<T, PropertyList::Data> || std::same_as<T, Date>;
 
 // Scalars and `PropertyList`, and arrays, dictionaries and optionals of these.
 template <typename T>
@@ -110,6 +113,8 @@ std::optional<PropertyList> objectOf(const T& value) {
     return value;
   } else if constexpr (IsNumber<T>) {
     return PropertyList{static_cast<typename internal::StoredNumber<T>::Type>(value)};
+  } else if constexpr (IsText<T>) {
+    return PropertyList{String(value)};
   } else {
     return PropertyList{value};
   }
@@ -117,6 +122,44 @@ std::optional<PropertyList> objectOf(const T& value) {
 
 // The object as a `T`, absent when it is of another kind, at any depth. A number reads as every numeric type
 // that holds its value exactly; a boolean is no number.
+template <IsStoredObject T>
+std::optional<T> readAs(const PropertyList& object);
+
+namespace internal {
+
+template <typename T>
+std::optional<T> readArray(const PropertyList::Array& items) {
+  T values;
+  for (const PropertyList& item : items) {
+    auto value = readAs<typename ObjectContent<T>::Element>(item);
+    if (!value) return std::nullopt;
+    values.push_back(*std::move(value));
+  }
+  return values;
+}
+
+template <typename T>
+std::optional<T> readDictionary(const PropertyList::Dictionary& entries) {
+  T values;
+  for (const auto& [key, item] : entries) {
+    auto value = readAs<typename ObjectContent<T>::Element>(item);
+    if (!value) return std::nullopt;
+    values.emplace(typename T::key_type(key), *std::move(value));
+  }
+  return values;
+}
+
+template <IsNumber T>
+std::optional<T> readNumber(const PropertyList& object) {
+  const auto read = [](const auto& value) -> std::optional<T> {
+    if constexpr (IsNumber<std::decay_t<decltype(value)>>) return exactly<T>(value);
+    return std::nullopt;
+  };
+  return std::visit(read, object.value);
+}
+
+}  // namespace internal
+
 template <IsStoredObject T>
 std::optional<T> readAs(const PropertyList& object) {
   using Content = internal::ObjectContent<T>;
@@ -127,34 +170,16 @@ std::optional<T> readAs(const PropertyList& object) {
     return content ? std::optional<T>(std::move(content)) : std::nullopt;
   } else if constexpr (Content::isArray) {
     const auto* items = object.as<PropertyList::Array>();
-    if (items == nullptr) return std::nullopt;
-    T values;
-    for (const PropertyList& item : *items) {
-      auto value = readAs<typename Content::Element>(item);
-      if (!value) return std::nullopt;
-      values.push_back(*std::move(value));
-    }
-    return values;
+    return items != nullptr ? internal::readArray<T>(*items) : std::nullopt;
   } else if constexpr (Content::isDictionary) {
     const auto* entries = object.as<PropertyList::Dictionary>();
-    if (entries == nullptr) return std::nullopt;
-    T values;
-    for (const auto& [key, item] : *entries) {
-      auto value = readAs<typename Content::Element>(item);
-      if (!value) return std::nullopt;
-      values.emplace(key, *std::move(value));
-    }
-    return values;
+    return entries != nullptr ? internal::readDictionary<T>(*entries) : std::nullopt;
   } else if constexpr (IsNumber<T>) {
-    return std::visit(
-        [](const auto& value) -> std::optional<T> {
-          if constexpr (IsNumber<std::decay_t<decltype(value)>>) return exactly<T>(value);
-          return std::nullopt;
-        },
-        object.value);
+    return internal::readNumber<T>(object);
   } else {
-    const T* value = object.as<T>();
-    return value != nullptr ? std::optional(*value) : std::nullopt;
+    using Alternative = std::conditional_t<IsText<T>, String, T>;
+    const auto* value = object.as<Alternative>();
+    return value != nullptr ? std::optional(T(*value)) : std::nullopt;
   }
 }
 

@@ -130,6 +130,9 @@ void expectStoredAs(const T& value, const PropertyList& object) {
 TEST(Bridges, nativeValuesPassUnchanged) {
   expectStoredAs(true, {true});
   expectStoredAs(String("true"), text("true"));
+  expectStoredAs(std::string("text"), text("text"));
+  expectStoredAs(std::map<std::string, std::vector<std::string>>{{"a", {"b"}}},
+                 {PropertyList::Dictionary{{"a", list({text("b")})}}});
   expectStoredAs(std::int8_t{-3}, {std::int8_t{-3}});
   expectStoredAs(0.5F, {0.5F});
   expectStoredAs(std::numeric_limits<std::uint64_t>::max(), {std::numeric_limits<std::uint64_t>::max()});

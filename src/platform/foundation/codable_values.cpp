@@ -17,6 +17,11 @@ std::optional<bool> Codable<bool>::decode(const CodedValue& coded) { return held
 
 std::optional<String> Codable<String>::decode(const CodedValue& coded) { return held<String>(coded); }
 
+std::optional<std::string> Codable<std::string>::decode(const CodedValue& coded) {
+  const auto* text = coded.as<String>();
+  return text != nullptr ? std::optional(text->str()) : std::nullopt;
+}
+
 CodedValue Codable<PropertyList::Data>::encode(const PropertyList::Data& value) {
   return {base64Encoded(value)};
 }

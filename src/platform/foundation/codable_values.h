@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <variant>
 
 #include "platform/foundation/coded_value.h"
@@ -58,6 +59,12 @@ template <>
 struct Codable<String> {
   static CodedValue encode(const String& value) { return {value}; }
   static std::optional<String> decode(const CodedValue& coded);
+};
+
+template <>
+struct Codable<std::string> {
+  static CodedValue encode(const std::string& value) { return {String(value)}; }
+  static std::optional<std::string> decode(const CodedValue& coded);
 };
 
 // As text in base64, padded.

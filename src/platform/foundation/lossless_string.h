@@ -4,6 +4,7 @@
 #include <charconv>
 #include <concepts>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -27,6 +28,12 @@ template <>
 struct LosslessStringConvertible<String> {
   static String description(const String& value) { return value; }
   static std::optional<String> fromDescription(const String& text) { return text; }
+};
+
+template <>
+struct LosslessStringConvertible<std::string> {
+  static String description(const std::string& value) { return value; }
+  static std::optional<std::string> fromDescription(const String& text) { return text.str(); }
 };
 
 template <>
