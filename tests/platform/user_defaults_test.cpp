@@ -30,7 +30,7 @@ class SharedStorage final : public DefaultsStorage {
  public:
   std::optional<PropertyList> object(const String& key) const override { return own_.object(key); }
   PropertyList::Dictionary contents() const override { return own_.contents(); }
-  void setObject(const String& key, PropertyList object) override { own_.setObject(key, std::move(object)); }
+  void setObject(const String& key, const PropertyList& object) override { own_.setObject(key, object); }
   void removeObject(const String& key) override { own_.removeObject(key); }
   void setForeignChangeHandler(std::function<void()> handler) override { handler_ = std::move(handler); }
   std::vector<String> takeForeignChanges() override { return std::exchange(foreign_, {}); }

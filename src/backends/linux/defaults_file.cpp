@@ -135,9 +135,7 @@ std::optional<PropertyList> FileDefaultsStorage::object(const String& key) const
   return valueIn(contents_, key);
 }
 
-void FileDefaultsStorage::setObject(const String& key, PropertyList object) {
-  change(key, std::move(object));
-}
+void FileDefaultsStorage::setObject(const String& key, const PropertyList& object) { change(key, object); }
 
 void FileDefaultsStorage::removeObject(const String& key) { change(key, std::nullopt); }
 

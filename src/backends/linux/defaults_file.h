@@ -42,7 +42,7 @@ class FileDefaultsStorage final : public DefaultsStorage {
   ~FileDefaultsStorage() override;
 
   std::optional<PropertyList> object(const String& key) const override;
-  void setObject(const String& key, PropertyList object) override;
+  void setObject(const String& key, const PropertyList& object) override;
   void removeObject(const String& key) override;
   PropertyList::Dictionary contents() const override { return contents_; }
   // Waits for a call of the former handler that is under way on another thread.

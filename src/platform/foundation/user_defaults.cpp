@@ -35,8 +35,8 @@ std::optional<PropertyList> MemoryDefaultsStorage::object(const String& key) con
   return found == contents_.end() ? std::nullopt : std::optional(found->second);
 }
 
-void MemoryDefaultsStorage::setObject(const String& key, PropertyList object) {
-  contents_.insert_or_assign(key, std::move(object));
+void MemoryDefaultsStorage::setObject(const String& key, const PropertyList& object) {
+  contents_.insert_or_assign(key, object);
 }
 
 void MemoryDefaultsStorage::removeObject(const String& key) { contents_.erase(key); }
@@ -146,20 +146,27 @@ void NSUserDefaults::change(const String& key, Write write) {
 
 template <typename Write>
 void NSUserDefaults::changeNow(const String& key, Write& write) {
-  Registrations registrations;
-  std::optional<NSKeyValueChangeDictionary> change;
+  std::unique_ptr<Delivery> delivery;
   {
     const std::lock_guard storageLock(storageMutex_);
     std::optional<PropertyList> object = write(key);
     const std::lock_guard lock(entriesMutex_);
     Entry& entry = entries_[key];
-    registrations = liveRegistrations(entry);
-    if (!registrations.empty()) change.emplace().oldValue = valueOrNull(entry.visible());
+    if (!entry.registrations.empty()) delivery = prepareDelivery(entry);
     entry.stored = std::move(object);
-    if (change) change->newValue = valueOrNull(entry.visible());
+    if (delivery) delivery->change.newValue = valueOrNull(entry.visible());
     if (entry.isEmpty()) entries_.erase(key);
   }
-  if (!registrations.empty()) deliver(registrations, key, *change);
+  if (delivery) deliver(delivery->registrations, key, delivery->change);
+}
+
+// Forgets those whose observer is gone.
+std::unique_ptr<NSUserDefaults::Delivery> NSUserDefaults::prepareDelivery(Entry& entry) {
+  std::erase_if(entry.registrations, [](const auto& each) { return each->observer.expired(); });
+  auto delivery = std::make_unique<Delivery>();
+  delivery->registrations = entry.registrations;
+  delivery->change.oldValue = valueOrNull(entry.visible());
+  return delivery;
 }
 
 // A value that this process has written meanwhile is what the storage gives by then.
@@ -172,13 +179,6 @@ void NSUserDefaults::takeForeignChanges() {
   for (const String& key : keys) {
     change(key, [&](const String& name) { return storage_->object(name); });
   }
-}
-
-// Without those whose observer is gone, which are forgotten.
-NSUserDefaults::Registrations NSUserDefaults::liveRegistrations(Entry& entry) {
-  if (entry.registrations.empty()) return {};
-  std::erase_if(entry.registrations, [](const auto& each) { return each->observer.expired(); });
-  return entry.registrations;
 }
 
 void NSUserDefaults::announcePrior(const String& key) {

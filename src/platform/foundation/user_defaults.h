@@ -22,7 +22,7 @@ class DefaultsStorage {
   virtual std::optional<PropertyList> object(const String& key) const = 0;
   virtual PropertyList::Dictionary contents() const = 0;
   // Takes effect in memory at once, whatever becomes of the write to a lasting place.
-  virtual void setObject(const String& key, PropertyList object) = 0;
+  virtual void setObject(const String& key, const PropertyList& object) = 0;
   virtual void removeObject(const String& key) = 0;
 
   // `handler` is called, on a thread of the storage's choice and outside any call of this interface, when
@@ -37,7 +37,7 @@ class MemoryDefaultsStorage final : public DefaultsStorage {
  public:
   std::optional<PropertyList> object(const String& key) const override;
   PropertyList::Dictionary contents() const override { return {contents_.begin(), contents_.end()}; }
-  void setObject(const String& key, PropertyList object) override;
+  void setObject(const String& key, const PropertyList& object) override;
   void removeObject(const String& key) override;
   void setForeignChangeHandler(std::function<void()>) override {}
   std::vector<String> takeForeignChanges() override { return {}; }
@@ -94,13 +94,18 @@ class NSUserDefaults final : public NSObject {
     const std::optional<PropertyList>& visible() const { return stored ? stored : registered; }
     bool isEmpty() const { return !stored && !registered && registrations.empty(); }
   };
+  // A change and whom to tell of it. Made only where there is somebody, so that other writes stay cheap.
+  struct Delivery {
+    Registrations registrations;
+    NSKeyValueChangeDictionary change;
+  };
 
   template <typename Write>
   void change(const String& key, Write write);
   template <typename Write>
   void changeNow(const String& key, Write& write);
   void takeForeignChanges();
-  static Registrations liveRegistrations(Entry& entry);
+  static std::unique_ptr<Delivery> prepareDelivery(Entry& entry);
   void announcePrior(const String& key);
   void deliver(const Registrations& registrations, const String& key,
                const NSKeyValueChangeDictionary& change);
