@@ -17,7 +17,7 @@ class ObjectAssociation {
   }
   void setValue(NSObject& owner, Value value) const {
     objc_setAssociatedObject(owner, this, std::make_shared<Value>(std::move(value)),
-                             OBJC_ASSOCIATION_RETAIN_NONATOMIC);
+                             objc_AssociationPolicy::retainNonatomic);
   }
 };
 

@@ -149,13 +149,20 @@ std::optional<T> readDictionary(const PropertyList::Dictionary& entries) {
   return values;
 }
 
+// Of the three, the one that holds the number; none for another kind.
+struct WidestNumber {
+  std::optional<std::int64_t> signedInteger;
+  std::optional<std::uint64_t> unsignedInteger;
+  std::optional<double> real;
+};
+WidestNumber widestNumberOf(const PropertyList& object);
+
 template <IsNumber T>
 std::optional<T> readNumber(const PropertyList& object) {
-  const auto read = [](const auto& value) -> std::optional<T> {
-    if constexpr (IsNumber<std::decay_t<decltype(value)>>) return exactly<T>(value);
-    return std::nullopt;
-  };
-  return std::visit(read, object.value);
+  const WidestNumber number = widestNumberOf(object);
+  if (number.signedInteger) return exactly<T>(*number.signedInteger);
+  if (number.unsignedInteger) return exactly<T>(*number.unsignedInteger);
+  return number.real ? exactly<T>(*number.real) : std::nullopt;
 }
 
 }  // namespace internal

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <string>
 #include <thread>
 #include <vector>
@@ -217,6 +218,29 @@ TEST_F(ObservationTest, deliversOnTheThreadThatWrites) {
   }).join();
   EXPECT_EQ(delivered, writing);
   EXPECT_NE(delivered, std::this_thread::get_id());
+}
+
+// Of use under the thread sanitizer above all.
+TEST_F(ObservationTest, mayComeAndGoWhileAnotherThreadWrites) {
+  std::atomic<bool> isOver = false;
+  std::thread writer([&] {
+    for (int i = 0; !isOver; ++i) defaults[count] = i;
+  });
+  std::atomic<int> told = 0;
+  for (int i = 0; i < 100; ++i) {
+    auto owner = std::make_shared<Owner>();
+    const Observation single =
+        Defaults::observe(count, ObservationOption::prior, [&](const Defaults::KeyChange<int>&) { ++told; });
+    const Observation several = Defaults::observe({count}, {}, [&] { ++told; })->bindToLifetime(owner);
+    const AnyCancellable sink = Defaults::publisher(count).sink([&](const auto&) { ++told; });
+    single->stop();
+    owner.reset();
+  }
+  isOver = true;
+  writer.join();
+  const int toldByThen = told;
+  defaults[count] = 1;
+  EXPECT_EQ(told, toldByThen);
 }
 
 TEST_F(ObservationTest, publishersObserveForAsLongAsTheyAreSubscribedTo) {

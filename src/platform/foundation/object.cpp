@@ -13,7 +13,8 @@ std::shared_ptr<void> objc_getAssociatedObject(const NSObject& object, const voi
 }
 
 // The former value goes when the new one is in place, since its end may come back here.
-void objc_setAssociatedObject(NSObject& object, const void* key, std::shared_ptr<void> value, int) {
+void objc_setAssociatedObject(NSObject& object, const void* key, std::shared_ptr<void> value,
+                              objc_AssociationPolicy) {
   if (value) {
     object.associatedObjects_[key].swap(value);
     return;

@@ -8,6 +8,9 @@
 
 namespace tarnix {
 
+// How an associated object is held.
+enum class objc_AssociationPolicy { retainNonatomic = 1 };
+
 // What objects that observe, are observed or own associated objects have in common. Owned by `shared_ptr`.
 class NSObject : public std::enable_shared_from_this<NSObject> {
  public:
@@ -28,7 +31,7 @@ class NSObject : public std::enable_shared_from_this<NSObject> {
  private:
   friend std::shared_ptr<void> objc_getAssociatedObject(const NSObject& object, const void* key);
   friend void objc_setAssociatedObject(NSObject& object, const void* key, std::shared_ptr<void> value,
-                                       int policy);
+                                       objc_AssociationPolicy policy);
 
   std::map<const void*, std::shared_ptr<void>> associatedObjects_;
 };
@@ -36,8 +39,8 @@ class NSObject : public std::enable_shared_from_this<NSObject> {
 // Objects that another one owns under a key and that end with it. The key is an address, known by identity.
 // Used by one thread at a time.
 std::shared_ptr<void> objc_getAssociatedObject(const NSObject& object, const void* key);
-// An empty `value` ends the association. `policy` has one supported value.
-inline constexpr int OBJC_ASSOCIATION_RETAIN_NONATOMIC = 1;
-void objc_setAssociatedObject(NSObject& object, const void* key, std::shared_ptr<void> value, int policy);
+// An empty `value` ends the association.
+void objc_setAssociatedObject(NSObject& object, const void* key, std::shared_ptr<void> value,
+                              objc_AssociationPolicy policy);
 
 }  // namespace tarnix

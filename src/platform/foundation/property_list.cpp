@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 namespace tarnix {
@@ -25,6 +26,16 @@ void convert(PropertyList::Value& all, T& value) {
 }
 
 }  // namespace
+
+PropertyList::PropertyList() = default;
+PropertyList::PropertyList(Value held) : value(std::move(held)) {}
+PropertyList::PropertyList(const PropertyList& other) = default;
+PropertyList::PropertyList(PropertyList&& other) noexcept = default;
+PropertyList& PropertyList::operator=(const PropertyList& other) = default;
+PropertyList& PropertyList::operator=(PropertyList&& other) noexcept = default;
+PropertyList::~PropertyList() = default;
+
+bool operator==(const PropertyList& a, const PropertyList& b) { return a.value == b.value; }
 
 void convertToStoredForm(PropertyList& list) {
   std::visit([&](auto& value) { convert(list.value, value); }, list.value);

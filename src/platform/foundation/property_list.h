@@ -24,12 +24,21 @@ struct PropertyList {
 
   Value value;
 
+  // All of these are out of line: a source that uses them is not compiled with code for each kind.
+  PropertyList();
+  PropertyList(Value held);
+  PropertyList(const PropertyList& other);
+  PropertyList(PropertyList&& other) noexcept;
+  PropertyList& operator=(const PropertyList& other);
+  PropertyList& operator=(PropertyList&& other) noexcept;
+  ~PropertyList();
+
   template <typename T>
   const T* as() const {
     return std::get_if<T>(&value);
   }
 
-  friend bool operator==(const PropertyList&, const PropertyList&) = default;
+  friend bool operator==(const PropertyList& a, const PropertyList& b);
 };
 
 // Makes the value what storages keep and give back: integers are `int64_t`, or `uint64_t` where they exceed
