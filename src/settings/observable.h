@@ -23,7 +23,7 @@ template <typename T>
 class Observable final : public ObservableObject {
  public:
   static std::shared_ptr<Observable> make(Key<T> key, ObservationRoad road = ObservationRoad::updates) {
-    const std::shared_ptr<Observable> observable(new Observable(std::move(key), road));
+    std::shared_ptr<Observable> observable(new Observable(std::move(key), road));
     observable->observe();
     return observable;
   }

@@ -47,7 +47,7 @@ NSUserDefaults::NSUserDefaults(std::unique_ptr<DefaultsStorage> storage) : stora
 
 // Listens when the object is complete, since changes may come at once and on another thread.
 std::shared_ptr<NSUserDefaults> NSUserDefaults::make(std::unique_ptr<DefaultsStorage> storage) {
-  const std::shared_ptr<NSUserDefaults> defaults(new NSUserDefaults(std::move(storage)));
+  std::shared_ptr<NSUserDefaults> defaults(new NSUserDefaults(std::move(storage)));
   defaults->storage_->setForeignChangeHandler([weak = std::weak_ptr(defaults)] {
     if (const auto alive = weak.lock()) alive->takeForeignChanges();
   });
@@ -136,12 +136,15 @@ void NSUserDefaults::removeObserver(const NSObject& observer, const String& keyP
 // `write` changes the storage and gives the value stored from now on.
 template <typename Write>
 void NSUserDefaults::change(const String& key, Write write) {
-  if (!isObserved_) return changeNow(key, write);
-  // Observers may destroy the settings, and what the key came from.
+  isObserved_ ? changeObserved(key, write) : changeNow(key, write);
+}
+
+// Observers may destroy the settings, and what the key came from.
+template <typename Write>
+void NSUserDefaults::changeObserved(String key, Write& write) {
   const auto alive = shared_from_this();
-  const String name = key;
-  announcePrior(name);
-  changeNow(name, write);
+  announcePrior(key);
+  changeNow(key, write);
 }
 
 template <typename Write>
@@ -196,11 +199,10 @@ void NSUserDefaults::announcePrior(const String& key) {
   deliver(registrations, key, change);
 }
 
-void NSUserDefaults::deliver(const Registrations& registrations, const String& key,
+void NSUserDefaults::deliver(const Registrations& registrations, String key,
                              const NSKeyValueChangeDictionary& change) {
   const auto alive = shared_from_this();
-  const String name = key;
-  for (const auto& registration : registrations) deliver(*registration, name, change);
+  for (const auto& registration : registrations) deliver(*registration, key, change);
 }
 
 void NSUserDefaults::deliver(const Registration& registration, const String& key,

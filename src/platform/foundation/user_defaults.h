@@ -103,12 +103,13 @@ class NSUserDefaults final : public NSObject {
   template <typename Write>
   void change(const String& key, Write write);
   template <typename Write>
+  void changeObserved(String key, Write& write);
+  template <typename Write>
   void changeNow(const String& key, Write& write);
   void takeForeignChanges();
   static std::unique_ptr<Delivery> prepareDelivery(Entry& entry);
   void announcePrior(const String& key);
-  void deliver(const Registrations& registrations, const String& key,
-               const NSKeyValueChangeDictionary& change);
+  void deliver(const Registrations& registrations, String key, const NSKeyValueChangeDictionary& change);
   void deliver(const Registration& registration, const String& key, const NSKeyValueChangeDictionary& change);
 
   // Held while the storage is used and, within that, `entriesMutex_` for each look at the entries.
