@@ -127,14 +127,11 @@ struct SetBridge : internal::ArrayStoredBridge<Set, typename Set::value_type> {
   }
 };
 
+// A set that gives its elements by `toArray()`; read as those of the standard library are.
 template <typename Set>
-struct SetAlgebraBridge : internal::ArrayStoredBridge<Set, typename Set::value_type> {
+struct SetAlgebraBridge : SetBridge<Set> {
   static std::optional<PropertyList> serialize(const std::optional<Set>& set) {
     return set ? SetAlgebraBridge::serializeElements(set->toArray()) : std::nullopt;
-  }
-  static std::optional<Set> deserialize(const std::optional<PropertyList>& object) {
-    const auto elements = SetAlgebraBridge::elementsOf(object);
-    return elements ? std::optional<Set>(Set(elements->begin(), elements->end())) : std::nullopt;
   }
 };
 
