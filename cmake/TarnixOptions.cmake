@@ -13,7 +13,9 @@ target_compile_features(tarnix_options INTERFACE cxx_std_20)
 set(CMAKE_CXX_EXTENSIONS OFF)
 target_compile_options(tarnix_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual
-  $<$<BOOL:${TARNIX_WARNINGS_AS_ERRORS}>:-Werror>)
+  $<$<BOOL:${TARNIX_WARNINGS_AS_ERRORS}>:-Werror>
+  # Never -fPIE: it lets the linker copy Qt's meta objects into the program, where Qt no longer takes them for its own.
+  -fPIC)
 
 if(TARNIX_SANITIZE)
   target_compile_options(tarnix_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
@@ -28,7 +30,7 @@ elseif(TARNIX_FUZZ)
   target_link_options(tarnix_options INTERFACE -fsanitize=address,undefined)
 elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
   target_compile_options(tarnix_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -D_GLIBCXX_ASSERTIONS
-                         -fstack-protector-strong -fstack-clash-protection -fcf-protection=full -fPIE)
+                         -fstack-protector-strong -fstack-clash-protection -fcf-protection=full)
   target_link_options(tarnix_options INTERFACE -pie -Wl,-z,relro,-z,now -Wl,-z,noexecstack)
 endif()
 
