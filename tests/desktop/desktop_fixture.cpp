@@ -27,6 +27,11 @@ void makePrivate(const std::filesystem::path& folder) {
 
 }  // namespace
 
+std::string programUnderTest() {
+  const char* const given = std::getenv("TARNIX_PROGRAM");
+  return given != nullptr ? given : TARNIX_PROGRAM;
+}
+
 bool eventually(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
   const auto deadline = std::chrono::steady_clock::now() + limit;
   while (!condition()) {
@@ -93,7 +98,7 @@ Process::Environment DesktopTest::environment() const {
 }
 
 WindowReader DesktopTest::openProgram(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {TARNIX_PROGRAM};
+  std::vector<std::string> command = {programUnderTest()};
   command.insert(command.end(), arguments.begin(), arguments.end());
   program_.emplace(command, Process::Options{.environment = environment(), .isOutputRead = false});
   const WindowReader reader(program_->id());

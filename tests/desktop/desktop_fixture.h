@@ -16,6 +16,9 @@
 
 namespace tarnix::test {
 
+// The file that the environment names as TARNIX_PROGRAM, else the program of this very build.
+std::string programUnderTest();
+
 // Polls until `condition` holds; false when it does not in time.
 bool eventually(const std::function<bool()>& condition,
                 std::chrono::milliseconds limit = std::chrono::seconds(5));

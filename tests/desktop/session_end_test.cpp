@@ -22,7 +22,7 @@ TEST_F(SessionEndTest, withoutADisplayThereIsAMessage) {
   for (const char* display : {"", ":4711", "nonsense"}) {
     auto surroundings = environment();
     surroundings["DISPLAY"] = display;
-    Process process({"/bin/sh", "-c", TARNIX_PROGRAM " 2>&1"}, {.environment = surroundings});
+    Process process({"/bin/sh", "-c", "exec " + programUnderTest() + " 2>&1"}, {.environment = surroundings});
     EXPECT_THAT(process.readAll(10s), HasSubstr("tarnix: ")) << display;
     EXPECT_EQ(process.wait(10s), kFailure) << display;
   }

@@ -37,7 +37,7 @@ TEST_F(SettingsFileTest, theSwitchFollowsWhatAnotherProgramWrites) {
 
 TEST_F(SettingsFileTest, twoWindowsShowOneSetting) {
   const WindowReader window = openProgram();
-  const WindowReader other(start({TARNIX_PROGRAM}).id());
+  const WindowReader other(start({programUnderTest()}).id());
   ASSERT_TRUE(eventually([&] { return other.isOn("Active") == true; })) << other.tree();
   ASSERT_TRUE(window.flip("Active"));
   EXPECT_TRUE(eventually([&] { return other.isOn("Active") == false; })) << other.tree();
