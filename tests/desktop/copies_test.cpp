@@ -123,13 +123,26 @@ TEST_F(CopiesTest, canBeSearchedPickedAndCleared) {
       << window.tree();
 }
 
-TEST_F(CopiesTest, aHundredInARowAreAHundredClipsInOrder) {
+TEST_F(CopiesTest, canBeWalkedThroughAndSearchedByKeysAlone) {
+  const WindowReader window = openProgram();
+  for (const char* text : {"apple", "pear"}) {
+    ASSERT_TRUE(copyWithXclip(text));
+    expectOnTop(window, text);
+  }
+  run({"xdotool", "key", "Down"});
+  EXPECT_TRUE(eventually([&] { return window.detailText() == "apple"; })) << "the rows have the keyboard";
+  run({"xdotool", "key", "ctrl+f", "type", "pear"});
+  EXPECT_TRUE(eventually([&] { return window.titles() == std::vector<std::string>{"pear"}; }))
+      << window.tree();
+}
+
+TEST_F(CopiesTest, fortyInARowAreFortyClipsInOrder) {
   const WindowReader window = openProgram();
   std::vector<std::string> newestFirst;
-  start({TARNIX_SCRIPTED_OWNER, "flood", "100", "--interval", "500", "--text", "copy", "--seconds", "90"});
+  start({TARNIX_SCRIPTED_OWNER, "flood", "40", "--interval", "350", "--text", "copy", "--seconds", "90"});
   newestFirst.push_back("copy");
-  for (int number = 99; number >= 1; --number) newestFirst.push_back("copy " + std::to_string(number));
-  EXPECT_TRUE(eventually([&] { return window.rowCount() == 100; }, 90s)) << window.rowCount();
+  for (int number = 39; number >= 1; --number) newestFirst.push_back("copy " + std::to_string(number));
+  EXPECT_TRUE(eventually([&] { return window.rowCount() == 40; }, 90s)) << window.rowCount();
   EXPECT_EQ(window.titles(), newestFirst);
 }
 
