@@ -60,7 +60,8 @@ std::unique_ptr<DefaultsStorage> settingsStorage(const std::optional<std::filesy
   return std::make_unique<linux_desktop::FileDefaultsStorage>(*file, reportSettingsFailure, &loop);
 }
 
-std::shared_ptr<NSWorkspace> workspaceOf(const std::shared_ptr<x11::WindowServer>& windows, RunLoop& loop) {
+std::shared_ptr<linux_desktop::Workspace> workspaceOf(const std::shared_ptr<x11::WindowServer>& windows,
+                                                      RunLoop& loop) {
   auto entries = std::make_shared<linux_desktop::DesktopEntries>(
       linux_desktop::applicationDirectories(), linux_desktop::localeNames(linux_desktop::messageLocale()));
   linux_desktop::readAheadInTurns(loop, entries);  // So that no copy has to wait for the disk.
@@ -74,6 +75,17 @@ std::shared_ptr<NSWorkspace> workspaceOf(const std::shared_ptr<x11::WindowServer
       std::move(entries), [windows] { return windows->frontmostProcess(); }, classesOf);
 }
 
+// A program that ends right after its copy may have shown its window at the copy before only.
+x11::Identify identifyWith(const std::shared_ptr<linux_desktop::Workspace>& workspace,
+                           const std::shared_ptr<x11::WindowServer>& windows) {
+  return [workspace, windows](int process) {
+    return
+        [windows, process, wasSeen = windows->hasWindow(process), identity = workspace->identityOf(process)] {
+          return identity(wasSeen || windows->hasWindow(process));
+        };
+  };
+}
+
 }  // namespace
 
 Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop) {
@@ -82,7 +94,9 @@ Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop) {
   platform.wallClock = linux_desktop::wallClockNow;
   platform.pasteboards.fill(std::make_shared<AbsentPasteboard>());
   platform.pasteboards[static_cast<std::size_t>(NSPasteboard::Name::general)] = session.pasteboard();
-  platform.workspace = workspaceOf(session.windowServer(), *platform.mainRunLoop);
+  const auto workspace = workspaceOf(session.windowServer(), *platform.mainRunLoop);
+  platform.workspace = workspace;
+  session.pasteboard()->setIdentify(identifyWith(workspace, session.windowServer()));
   platform.windowServer = session.windowServer();
   platform.screens = session.screens();
   platform.standardUserDefaults =

@@ -29,8 +29,11 @@ class SessionPlatformTest : public ::testing::Test {
   void SetUp() override {
     ASSERT_NE(mkdtemp(folder_.data()), nullptr);
     std::filesystem::create_directories(std::filesystem::path(folder_) / "applications");
-    std::ofstream(std::filesystem::path(folder_) / "applications/org.example.Writer.desktop")
-        << "[Desktop Entry]\nType=Application\nName=Writer\nExec=writer\nStartupWMClass=ExampleWriter\n";
+    for (const std::string name : {"Writer", "Painter"}) {
+      std::ofstream(std::filesystem::path(folder_) / ("applications/org.example." + name + ".desktop"))
+          << "[Desktop Entry]\nType=Application\nName=" << name << "\nExec=" << name
+          << "\nStartupWMClass=Example" << name << "\n";
+    }
     for (const char* name : {"XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME"}) {
       ASSERT_EQ(setenv(name, folder_.c_str(), 1), 0);
     }
@@ -53,10 +56,31 @@ class SessionPlatformTest : public ::testing::Test {
   std::optional<ClipboardItem> copy(std::vector<std::string> arguments) {
     const std::size_t before = view_->clipboard->size();
     arguments.insert(arguments.begin(), {TARNIX_SCRIPTED_OWNER, "good"});
-    programs_.emplace_back(arguments,
-                           test::Process::Options{.environment = {{"DISPLAY", server_.display()}}});
+    start(arguments);
     if (!driver_.runUntil([&] { return view_->clipboard->size() > before; }, 20s)) return std::nullopt;
     return view_->clipboard->back();
+  }
+
+  void start(const std::vector<std::string>& command) {
+    programs_.emplace_back(command, test::Process::Options{.environment = {{"DISPLAY", server_.display()}}});
+  }
+  // Puts the rearmost window in front and gives it the keyboard.
+  void swapWindows() {
+    xcb_connection_t* const xcb = session_->connection().xcb();
+    const xcb_window_t root = session_->connection().screen().root;
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    const x11::Owned<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(xcb, xcb_query_tree(xcb, root), nullptr));
+    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+      const xcb_window_t window = xcb_query_tree_children(tree.get())[i];
+      const x11::Owned<xcb_get_window_attributes_reply_t> attributes(
+          xcb_get_window_attributes_reply(xcb, xcb_get_window_attributes(xcb, window), nullptr));
+      if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE) continue;
+      xcb_configure_window(xcb, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+      xcb_set_input_focus(xcb, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+      break;
+    }
+    xcb_flush(xcb);
   }
 
   std::string folder_ = (std::filesystem::temp_directory_path() / "tarnix-session-XXXXXX").string();
@@ -91,11 +115,35 @@ TEST_F(SessionPlatformTest, aMarkerNamesTheApplicationWhateverIsInFront) {
   EXPECT_FALSE(foreign->sourceAppURL.has_value());
 }
 
-TEST_F(SessionPlatformTest, aCopyOfAnUnknownProgramHasNoSource) {
-  const auto clip = copy({"--text", "from nowhere"});
-  ASSERT_TRUE(clip.has_value());
-  EXPECT_FALSE(clip->sourceAppId.has_value());
-  EXPECT_TRUE(clip->date.has_value());
+TEST_F(SessionPlatformTest, aCopyIsOfItsOwnerAndElseOfTheWindowInFront) {
+  ASSERT_TRUE(copy({"--text", "written", "--window", "ExampleWriter"}));
+  swapWindows();
+  const auto tool = copy({"--text", "by a program without a window"});
+  ASSERT_TRUE(tool.has_value());
+  EXPECT_EQ(tool->sourceAppId, std::nullopt) << "the window in front went with its program";
+  const auto unknown = copy({"--text", "by a program without an entry", "--window", "Unknown"});
+  ASSERT_TRUE(unknown.has_value());
+  const auto program = std::filesystem::canonical(TARNIX_SCRIPTED_OWNER).string();
+  EXPECT_EQ(unknown->sourceAppId, String("exe:" + program));
+  ASSERT_TRUE(unknown->sourceAppURL.has_value());
+  EXPECT_EQ(unknown->sourceAppURL->path(), String(program));
+}
+
+TEST_F(SessionPlatformTest, noFocusThatMovesOnMakesAnotherProgramTheSource) {
+  for (const std::string name : {"Writer", "Painter"}) {
+    start({TARNIX_SCRIPTED_OWNER, "flood", "100", "--interval", "70", "--text", name, "--window",
+           "Example" + name, "--stay", "yes"});
+    driver_.runUntil([] { return false; }, 35ms);
+  }
+  const auto jumps = loop_->scheduleTimer(20ms, {}, [this] { swapWindows(); });
+  driver_.runUntil([] { return false; }, 7s);
+  // The first may have come while a window was not there yet.
+  ASSERT_GT(view_->clipboard->size(), 20U);
+  for (std::size_t i = 1; i < view_->clipboard->size(); ++i) {
+    const ClipboardItem& clip = (*view_->clipboard)[i];
+    const std::string name = clip.title.hasPrefix("Writer") ? "Writer" : "Painter";
+    EXPECT_EQ(clip.sourceAppId, String("org.example." + name)) << clip.title.str();
+  }
 }
 
 class Told final : public NSObject {

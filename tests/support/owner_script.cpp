@@ -37,7 +37,7 @@ Owns the clipboard selection and behaves as MODE says:
   flood COUNT     takes the selection COUNT times, --interval milliseconds apart (0)
 Options:
   --text TEXT  --size BYTES  --rtf TEXT  --html TEXT  --uri PATH...  --source IDENTIFIER
-  --offer TARGET=TEXT...  --chunk BYTES  --window CLASS  --seconds LIMIT (60)
+  --offer TARGET=TEXT...  --chunk BYTES  --window CLASS  --stay yes (after a loss)  --seconds LIMIT (60)
 Prints `owner` once it owns the selection, `request TARGET` for every request, `cleared` when it lost it.
 )";
 
@@ -145,6 +145,7 @@ const std::map<std::string, OptionHandler>& options() {
       {"--chunk", [](OwnerScript& script, auto&, auto& value) { script.chunkSize = number(value); }},
       {"--chunks", [](OwnerScript& script, auto&, auto& value) { script.chunksToSend = number(value); }},
       {"--count", [](OwnerScript& script, auto&, auto& value) { script.oddTargetCount = number(value); }},
+      {"--stay", [](OwnerScript& script, auto&, auto& value) { script.outlivesLoss = value == "yes"; }},
       {"--window", [](OwnerScript& script, auto&, auto& value) { script.windowClass = value; }},
       {"--delay",
        [](OwnerScript& script, auto&, auto& value) {

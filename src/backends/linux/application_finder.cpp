@@ -166,6 +166,13 @@ Entry findApplication(DesktopEntries& entries, const ProcessInfo& process,
   return nullptr;
 }
 
+Entry findOwnApplication(DesktopEntries& entries, const ProcessInfo& process) {
+  if (!process.sandboxApplication.empty()) return entries.withIdentifier(process.sandboxApplication);
+  if (Entry entry = fromUnits(entries, process, applicationIdsOfSnap)) return entry;
+  if (Entry entry = fromFile(entries, process.launchedEntry)) return entry;
+  return fromProgram(entries, process);
+}
+
 std::vector<std::string> applicationIdsOfUnit(std::string_view unit) {
   const bool isSlice = dropSuffix(unit, ".slice");
   const bool isScope = !isSlice && dropSuffix(unit, ".scope");

@@ -23,6 +23,10 @@ struct WindowClass {
 DesktopEntries::Entry findApplication(DesktopEntries& entries, const ProcessInfo& process,
                                       const std::vector<WindowClass>& windows = {});
 
+// The same for a process without windows, by the evidence that it can't have from the process that started
+// it: a tool that runs in a terminal is not the terminal.
+DesktopEntries::Entry findOwnApplication(DesktopEntries& entries, const ProcessInfo& process);
+
 // The application ids that the name of a unit may stand for, the longest first. Units are named
 // `app[-LAUNCHER]-ID-RANDOM.scope` or `.slice`, `app[-LAUNCHER]-ID[@RANDOM].service`, and by D-Bus activation
 // `dbus-NAME-ID@RANDOM.service`. None for other units.

@@ -128,6 +128,8 @@ std::optional<ProcessInfo> ProcessTable::process(int processIdentifier) const {
   info.startTime = before->startTime;
   info.commandName = before->commandName;
   info.executable = executableOf(process);
+  std::error_code error;
+  info.workingDirectory = std::filesystem::read_symlink(process / "cwd", error).string();
   info.arguments = argumentsOf(process);
   info.controlGroups = controlGroupsOf(process);
   info.sandboxApplication = sandboxApplicationOf(process);

@@ -15,9 +15,10 @@ inline constexpr std::size_t kCommandNameLimit = 15;  // Bytes.
 // users' processes and those that hide from debuggers, is empty.
 struct ProcessInfo {
   int processIdentifier = 0;
-  std::uint64_t startTime = 0;  // Clock ticks since the machine's start.
-  std::string commandName;      // Cut at the limit.
-  std::string executable;       // The absolute path, without a mark when the file was replaced since.
+  std::uint64_t startTime = 0;   // Clock ticks since the machine's start.
+  std::string commandName;       // Cut at the limit.
+  std::string executable;        // The absolute path, without a mark when the file was replaced since.
+  std::string workingDirectory;  // An absolute path.
   std::vector<std::string> arguments;
   std::vector<std::string> controlGroups;  // The paths in the hierarchies that session managers use.
   std::string sandboxApplication;          // The Flatpak application that it runs inside.

@@ -53,11 +53,10 @@ Words withoutEnvironment(Words words) {
 }
 
 // The script or module among an interpreter's arguments. A command in the argument itself is none.
-std::string scriptName(Words arguments) {
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string& word = arguments[i];
+std::string scriptIn(Words arguments) {
+  for (const std::string& word : arguments) {
     if (word == "-c" || word == "-e") return {};
-    if (!word.starts_with('-')) return baseName(word);
+    if (!word.starts_with('-')) return word;
   }
   return {};
 }
@@ -76,7 +75,11 @@ std::string programName(const std::vector<std::string>& command) {
   if (words.empty()) return {};
   const std::string name = baseName(words.front());
   if (!isInterpreter(name)) return name;
-  return isLauncher(name) ? std::string() : scriptName(words.subspan(1));
+  return isLauncher(name) ? std::string() : baseName(scriptIn(words.subspan(1)));
+}
+
+std::string scriptAmong(const std::vector<std::string>& command) {
+  return command.empty() ? std::string() : scriptIn(Words(command).subspan(1));
 }
 
 }  // namespace tarnix::linux_desktop

@@ -18,4 +18,8 @@ bool isInterpreter(std::string_view name);
 // identifies it.
 std::string programName(const std::vector<std::string>& command);
 
+// The script among an interpreter's arguments, the interpreter being the first of them, as it is written
+// there. Empty when there is none, as with a command in the argument itself.
+std::string scriptAmong(const std::vector<std::string>& command);
+
 }  // namespace tarnix::linux_desktop

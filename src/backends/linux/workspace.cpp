@@ -1,8 +1,20 @@
 #include "backends/linux/workspace.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "backends/linux/running_application.h"
 
 namespace tarnix::linux_desktop {
+namespace {
+
+std::optional<URL> programURL(const std::filesystem::path& program) {
+  std::error_code error;
+  if (!program.is_absolute() || !std::filesystem::is_regular_file(program, error)) return std::nullopt;
+  return URL(program.string(), URL::DirectoryHint::notDirectory);
+}
+
+}  // namespace
 
 std::shared_ptr<NSRunningApplication> Workspace::frontmostApplication() const {
   const std::optional<int> process = frontmostProcess_ ? frontmostProcess_() : std::nullopt;
@@ -17,7 +29,21 @@ std::shared_ptr<NSRunningApplication> Workspace::runningApplication(int processI
   return std::make_shared<RunningApplication>(std::move(*process), std::move(entry));
 }
 
+Workspace::Identity Workspace::identityOf(int processIdentifier) const {
+  auto process = processes_.process(processIdentifier);
+  if (!process) return [](bool) { return std::optional<String>(); };
+  return [entries = entries_, classesOf = windowClasses_, process = *std::move(process)](bool hasWindows) {
+    const auto windows = classesOf ? classesOf(process.processIdentifier) : std::vector<WindowClass>();
+    auto entry =
+        hasWindows ? findApplication(*entries, process, windows) : findOwnApplication(*entries, process);
+    const bool isApplication = hasWindows || entry || !process.sandboxApplication.empty();
+    return isApplication ? RunningApplication(process, std::move(entry)).bundleIdentifier() : std::nullopt;
+  };
+}
+
 std::optional<URL> Workspace::URLForApplicationWithBundleIdentifier(const String& identifier) const {
+  if (identifier.hasPrefix(kProgramPrefix))
+    return programURL(identifier.view().substr(kProgramPrefix.size()));
   const DesktopEntries::Entry entry = entries_->withIdentifier(identifier);
   if (!entry) return std::nullopt;
   return URL(entry->file.string(), URL::DirectoryHint::notDirectory);

@@ -28,7 +28,12 @@ class Workspace final : public NSWorkspace {
 
   std::shared_ptr<NSRunningApplication> frontmostApplication() const override;
   std::shared_ptr<NSRunningApplication> runningApplication(int processIdentifier) const override;
-  // The desktop entry's file.
+  // Answers for a process as it is now, also when that has ended meanwhile: the identifier of the application
+  // that it is, told whether it has windows. None for a program that has neither a window nor a desktop entry
+  // of its own, such as a tool in a terminal.
+  using Identity = std::function<std::optional<String>(bool hasWindows)>;
+  Identity identityOf(int processIdentifier) const;
+  // The desktop entry's file, or that of the program itself.
   std::optional<URL> URLForApplicationWithBundleIdentifier(const String& identifier) const override;
 
   // What the icon theme calls the application's icon, or its absolute path. Absent for an unknown application

@@ -13,6 +13,11 @@ using namespace std::chrono_literals;
 // The clipboard is looked at this often, so fetching more often is in vain.
 constexpr RunLoop::Duration kFetchInterval = 200ms;
 constexpr RunLoop::Duration kHandOverLimit = 1s;
+// Programs that keep what others leave behind notice the loss by an event, or look twice a second. Nobody
+// copies the same again as soon as that.
+constexpr std::chrono::milliseconds kTakeoverLimit = 750ms;
+constexpr std::chrono::milliseconds kEchoLimit = 500ms;
+constexpr std::chrono::milliseconds kAssertionLimit = 200ms;
 
 }  // namespace
 
@@ -30,7 +35,7 @@ void Pasteboard::observe() {
   ownerChanges_ = connection_->onEvent(event, [this](const xcb_generic_event_t& generic) {
     const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(generic);
     if (change.selection != connection_->atoms()["CLIPBOARD"]) return;
-    ownerChanged(change.owner, change.selection_timestamp);
+    ownerChanged(change);
   });
   xcb_xfixes_select_selection_input(connection_->xcb(), owner_.window(), connection_->atoms()["CLIPBOARD"],
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
@@ -59,6 +64,7 @@ std::optional<String> Pasteboard::stringForType(const PasteboardType& type) cons
   for (const auto& item : items_) {
     if (std::optional<String> text = item->stringForType(type)) return text;
   }
+  if (type == types::source && !items_.empty()) return source_;
   return std::nullopt;
 }
 
@@ -66,6 +72,7 @@ int Pasteboard::clearContents() {
   snapshot_.reset();
   round_.reset();
   nextFetch_.cancel();
+  emptied_.cancel();
   written_ = std::make_shared<OwnItem>();
   owner_.claim(written_);
   publishOwn();
@@ -73,20 +80,60 @@ int Pasteboard::clearContents() {
 }
 
 bool Pasteboard::setString(const String& text, const PasteboardType& type) {
-  if (!isOwn_ || round_ || nextFetch_) return false;
+  if (!isOwn_ || round_ || nextFetch_ || emptied_) return false;
   written_->set(type, text);
   items_ = {written_};
   return true;
 }
 
-void Pasteboard::ownerChanged(xcb_window_t owner, xcb_timestamp_t time) {
+void Pasteboard::ownerChanged(const xcb_xfixes_selection_notify_event_t& change) {
   snapshot_.reset();
   round_.reset();
-  if (owner != XCB_WINDOW_NONE && owner != owner_.window()) return fetchSoon(time);
+  if (change.owner == XCB_WINDOW_NONE) return ownerLost(change);
+  emptied_.cancel();
+  const bool isOurs = change.owner == owner_.window();
+  unread_ = present_ == known_ ? nullptr : present_;
+  present_ = std::make_shared<Ownership>(connection_, change, isOurs ? Identify() : identify_);
+  if (!isOurs) return fetchSoon(change.selection_timestamp);
   nextFetch_.cancel();
-  if (owner == XCB_WINDOW_NONE) return publish({}, false);
+  noteSettled();
   // What was written was published at once, but another program's content may have come between.
   if (!isOwn_) publishOwn();
+}
+
+void Pasteboard::ownerLost(const xcb_xfixes_selection_notify_event_t& change) {
+  nextFetch_.cancel();
+  lost_ = std::make_shared<Ownership>(connection_, change, Identify());
+  emptied_ = connection_->loop().scheduleOnce(kTakeoverLimit, [this] {
+    emptied_.cancel();
+    noteSettled();
+    publish({}, false);
+  });
+}
+
+// Who keeps the content of others was there before it was lost, or says openly what it is for. The server may
+// be asked late about the moment of the loss, when the identifiers of the lost client are those of another.
+bool Pasteboard::isByKeeper() const {
+  if (!present_ || present_->isManager()) return present_ != nullptr;
+  if (!lost_ || !present_->follows(*lost_, kTakeoverLimit.count())) return false;
+  if (!known_) return present_->hasWitnessed(*lost_);
+  return present_->hasWitnessed(*known_) && !present_->isOfSameClientAs(*known_);
+}
+
+// The same once more from its owner, or from one who repeats whatever others copy. After a loss the
+// identifiers of the former client may be those of another.
+bool Pasteboard::isEcho() const {
+  if (!present_ || !known_ || lost_) return false;
+  if (present_->isOfSameClientAs(*known_)) return present_->follows(*known_, kAssertionLimit.count());
+  return present_->follows(*known_, kEchoLimit.count()) && present_->hasWitnessed(*known_);
+}
+
+// A secret was not read and can't be compared; another program that keeps or repeats it does not make it
+// public.
+bool Pasteboard::isKept(const Content& content, const PasteboardItems& items) const {
+  if (content.isSecret || (!isByKeeper() && !isEcho())) return false;
+  const bool isByOther = isByKeeper() || !present_->isOfSameClientAs(*known_);
+  return isSecret_ ? isByOther && unread_ == nullptr : isSameContent(items_, items);
 }
 
 void Pasteboard::fetchSoon(xcb_timestamp_t time) {
@@ -120,7 +167,28 @@ void Pasteboard::fetch() {
 void Pasteboard::finishRound() {
   if (!round_->content || !round_->isSurveyed) return;
   const auto round = std::exchange(round_, nullptr);
-  publish(itemsOf(*std::move(round->content), mapping_), false);
+  const Content& content = *round->content;
+  PasteboardItems items = itemsOf(content, mapping_);
+  const bool isKeptContent = isKept(content, items);
+  auto source = sourceOfRound();
+  noteSettled();
+  if (isKeptContent) return void(isOwn_ = false);
+  publish(std::move(items), false);
+  isSecret_ = content.isSecret;
+  source_ = std::move(source);
+}
+
+// What somebody keeps before it could be read is still its maker's.
+std::optional<String> Pasteboard::sourceOfRound() const {
+  const auto& maker = unread_ && isByKeeper() ? unread_ : present_;
+  return maker ? maker->source() : std::nullopt;
+}
+
+// The content of the last owner is known now.
+void Pasteboard::noteSettled() {
+  known_ = present_;
+  unread_.reset();
+  lost_.reset();
 }
 
 void Pasteboard::publishOwn() {
@@ -131,6 +199,8 @@ void Pasteboard::publishOwn() {
 void Pasteboard::publish(PasteboardItems items, bool isOwn) {
   items_ = std::move(items);
   isOwn_ = isOwn;
+  isSecret_ = false;
+  source_.reset();
   isFirstKnown_ = true;
   ++changeCount_;
   connection_->loop().noteChange();

@@ -6,6 +6,7 @@
 
 #include "backends/x11/atom_names.h"
 #include "backends/x11/connection.h"
+#include "backends/x11/ownership.h"
 #include "backends/x11/pasteboard_items.h"
 #include "backends/x11/requestor.h"
 #include "backends/x11/selection_owner.h"
@@ -18,7 +19,8 @@ namespace tarnix::x11 {
 // The CLIPBOARD selection of an X display. When another program takes it, everything that is read of its
 // content is fetched first, without anything waiting for that; the change count moves, and the loop is told,
 // when the fetch has come to its end, whatever the end. Until then the former content is answered. Changes
-// that follow each other faster than the clipboard is looked at are passed over but for the last.
+// that follow each other faster than the clipboard is looked at are passed over but for the last. The same
+// content from a program that keeps it for another one, or from an owner that asserts itself, is no change.
 class Pasteboard : public NSPasteboard {
  public:
   // Looks at what else belongs to the moment of a copy, such as the windows, and calls `done` when it knows.
@@ -28,6 +30,9 @@ class Pasteboard : public NSPasteboard {
   explicit Pasteboard(std::shared_ptr<Connection> connection, Survey survey = {});
   Pasteboard(const Pasteboard&) = delete;
   Pasteboard& operator=(const Pasteboard&) = delete;
+
+  // From here on, the source of content that carries none itself is the application that owns it.
+  void setIdentify(Identify identify) { identify_ = std::move(identify); }
 
   // Waits for what lies on the clipboard at the program's start. False when it takes longer than `limit`; the
   // content then comes as a change.
@@ -46,10 +51,16 @@ class Pasteboard : public NSPasteboard {
 
  private:
   void observe();
-  void ownerChanged(xcb_window_t owner, xcb_timestamp_t time);
+  void ownerChanged(const xcb_xfixes_selection_notify_event_t& change);
+  void ownerLost(const xcb_xfixes_selection_notify_event_t& change);
+  bool isKept(const Content& content, const PasteboardItems& items) const;
+  bool isByKeeper() const;
+  bool isEcho() const;
   void fetchSoon(xcb_timestamp_t time);
   void fetch();
   void finishRound();
+  std::optional<String> sourceOfRound() const;
+  void noteSettled();
   void publish(PasteboardItems items, bool isOwn);
   void publishOwn();
 
@@ -69,7 +80,15 @@ class Pasteboard : public NSPasteboard {
   PasteboardItems items_;
   std::shared_ptr<OwnItem> written_;  // What this program wrote last.
   bool isOwn_ = false;                // The content is what this program wrote.
+  bool isSecret_ = false;
   bool isFirstKnown_ = false;
+  Identify identify_;
+  std::optional<String> source_;        // The application that owns the content.
+  std::shared_ptr<Ownership> known_;    // Whose content is known.
+  std::shared_ptr<Ownership> present_;  // The last owner, whose content may still be on its way.
+  std::shared_ptr<Ownership> unread_;   // The one before, if it went before its content was known.
+  std::shared_ptr<Ownership> lost_;     // There is no owner, or was none just before the last.
+  RunLoop::Subscription emptied_;       // Until then somebody may still take over what was lost.
   std::optional<RunLoop::Instant> lastFetch_;
   std::unique_ptr<Snapshot> snapshot_;
   std::shared_ptr<Round> round_;  // Present from the start of a fetch until its content is published.

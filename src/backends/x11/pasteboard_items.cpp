@@ -85,6 +85,20 @@ PasteboardItems itemsOf(Content content, TypeMapping& mapping) {
   return items;
 }
 
+bool isSameContent(const PasteboardItems& one, const PasteboardItems& other) {
+  if (one.empty() || other.empty()) return one.empty() && other.empty();
+  const auto text = one[0]->stringForType(types::text), otherText = other[0]->stringForType(types::text);
+  if (text || otherText) return text == otherText;
+  if (one[0]->stringForType(types::rtf) != other[0]->stringForType(types::rtf)) return false;
+  const auto hasSamePath = [](const auto& a, const auto& b) {
+    return a->stringForType(types::fileURL) == b->stringForType(types::fileURL);
+  };
+  const auto names = one[0]->types(), otherNames = other[0]->types();
+  if (std::find(names.begin(), names.end(), types::text) != names.end()) return false;
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(), hasSamePath) &&
+         std::find_first_of(names.begin(), names.end(), otherNames.begin(), otherNames.end()) != names.end();
+}
+
 std::vector<PasteboardType> OwnItem::types() const {
   std::vector<PasteboardType> list;
   for (const auto& [type, text] : texts_) list.push_back(type);

@@ -17,6 +17,11 @@ using PasteboardItems = std::vector<std::shared_ptr<NSPasteboardItem>>;
 // The first item carries everything but the further files.
 PasteboardItems itemsOf(Content content, TypeMapping& mapping);
 
+// Whether two contents are the same to a reader: the same text, whatever else is offered beside it, or
+// without any text the same RTF, files, and a type in common. Text that is offered but could not be read is
+// not the same.
+bool isSameContent(const PasteboardItems& one, const PasteboardItems& other);
+
 // What this program itself has put on the pasteboard, type by type.
 class OwnItem : public NSPasteboardItem {
  public:

@@ -1,13 +1,14 @@
 #include "backends/x11/window_fetch.h"
 
 #include <unistd.h>
-#include <xcb/res.h>
 #include <xcb/xcb.h>
 
 #include <algorithm>
 #include <array>
 #include <ranges>
 #include <utility>
+
+#include "backends/x11/client_process.h"
 
 namespace tarnix::x11 {
 namespace {
@@ -21,20 +22,6 @@ std::vector<xcb_window_t> childrenIn(const xcb_query_tree_reply_t* reply) {
   if (reply == nullptr) return {};
   const xcb_window_t* first = xcb_query_tree_children(reply);
   return {first, first + xcb_query_tree_children_length(reply)};
-}
-
-// The first process identifier in the answer. The server answers none for a client on another machine, and
-// its own for what belongs to no client.
-std::optional<std::uint32_t> processIn(const xcb_res_query_client_ids_reply_t* reply) {
-  if (reply == nullptr) return std::nullopt;
-  for (auto ids = xcb_res_query_client_ids_ids_iterator(reply); ids.rem > 0;
-       xcb_res_client_id_value_next(&ids)) {
-    const bool isOfClient = ids.data->spec.client != XCB_NONE;
-    if (isOfClient && xcb_res_client_id_value_value_length(ids.data) == 1) {
-      return *xcb_res_client_id_value_value(ids.data);
-    }
-  }
-  return std::nullopt;
 }
 
 }  // namespace
@@ -155,15 +142,7 @@ void WindowFetch::askWindow(WindowAnswers& window) {
       if (!value.isAbsent()) window.properties[name] = std::move(value);
     });
   }
-  askProcess(window);
-}
-
-void WindowFetch::askProcess(WindowAnswers& window) {
-  if (!connection_->firstEvent(xcb_res_id)) return;
-  const xcb_res_client_id_spec_t wanted{window.id, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-  batch_.ask<xcb_res_query_client_ids_reply_t>(
-      xcb_res_query_client_ids(connection_->xcb(), 1, &wanted),
-      [&window](const auto* reply) { window.localProcess = processIn(reply); });
+  askProcess(batch_, *connection_, window.id, [&window](auto process) { window.localProcess = process; });
 }
 
 void WindowFetch::finish() {

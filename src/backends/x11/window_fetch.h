@@ -43,7 +43,6 @@ class WindowFetch {
   std::vector<xcb_window_t> unmanagedList() const;
   void askWindows(const std::vector<xcb_window_t>& backToFront);
   void askWindow(WindowAnswers& window);
-  void askProcess(WindowAnswers& window);
   void finish();
   std::optional<int> frontmostProcess(const std::vector<WindowRecord>& windows) const;
 

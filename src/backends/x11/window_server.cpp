@@ -55,6 +55,12 @@ std::optional<int> WindowServer::frontmostProcess() const {
   return snapshot_ ? snapshot_->frontmostProcess : std::nullopt;
 }
 
+bool WindowServer::hasWindow(int processIdentifier) const {
+  return snapshot_ && std::ranges::any_of(snapshot_->windows, [&](const WindowRecord& window) {
+           return window.processIdentifier == processIdentifier && window.isOnScreen;
+         });
+}
+
 std::vector<WindowClass> WindowServer::windowClasses(int processIdentifier) const {
   std::vector<WindowClass> classes;
   if (!snapshot_) return classes;

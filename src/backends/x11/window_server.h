@@ -30,6 +30,8 @@ class WindowServer : public CGWindowServer {
                                                                 CGWindowID relativeTo) const override;
   // The process whose window has the keyboard.
   std::optional<int> frontmostProcess() const;
+  // Whether a window of the process can be seen.
+  bool hasWindow(int processIdentifier) const;
   // The classes of the windows of a process, each once, that of the foremost window first.
   std::vector<WindowClass> windowClasses(int processIdentifier) const;
 

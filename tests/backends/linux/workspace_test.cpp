@@ -113,12 +113,16 @@ TEST_F(WorkspaceTest, presentsTheEntryOfAProcess) {
   EXPECT_EQ(workspace_.URLForApplicationWithBundleIdentifier("unknown"), std::nullopt);
 }
 
-TEST_F(WorkspaceTest, aProcessWithoutAnEntryHasANameOnly) {
+TEST_F(WorkspaceTest, aProcessWithoutAnEntryIsKnownByItsProgram) {
   stat("100 (a-rather-long-n) S");
   runs("/usr/bin/a-rather-long-name", {"other"});
   const auto application = workspace_.runningApplication(100);
   EXPECT_EQ(application->localizedName(), "a-rather-long-name");
-  EXPECT_EQ(identifier(), "(none)");
+  EXPECT_EQ(identifier(), "exe:/usr/bin/a-rather-long-name");
+  EXPECT_EQ(application->bundleURL(), application->executableURL());
+  EXPECT_EQ(workspace_.URLForApplicationWithBundleIdentifier(identifier()), std::nullopt) << "is not there";
+  EXPECT_EQ(workspace_.URLForApplicationWithBundleIdentifier("exe:/bin/sh")->path(), "/bin/sh");
+  EXPECT_EQ(workspace_.URLForApplicationWithBundleIdentifier("exe:/bin"), std::nullopt);
   stat("100 (\xff) S");
   EXPECT_EQ(workspace_.runningApplication(100)->localizedName(), std::nullopt);
 }
@@ -142,7 +146,8 @@ TEST_F(WorkspaceTest, aSandboxDecidesAlone) {
   windows_ = {{"browser", "Browser-window"}};
   EXPECT_EQ(identifier(), "org.example.Terminal");
   file("root/.flatpak-info", "[Application]\nname=org.example.NotInstalled\n");
-  EXPECT_EQ(identifier(), "(none)");
+  EXPECT_EQ(identifier(), "org.example.NotInstalled");
+  EXPECT_EQ(workspace_.identityOf(100)(false), "org.example.NotInstalled");
   std::filesystem::remove(directory_ / "proc/100/root/.flatpak-info");
   writeFile(directory_ / "planted", "[Application]\nname=org.example.Terminal\n");
   std::filesystem::create_symlink(directory_ / "planted", directory_ / "proc/100/root/.flatpak-info");
@@ -203,10 +208,32 @@ TEST_F(WorkspaceTest, aHintThatAnyDescendantInheritsComesLast) {
 TEST_F(WorkspaceTest, anInterpreterIsNoIdentity) {
   runs("/usr/bin/python3.11", {"/usr/bin/python3", "-u", "/usr/share/tool/tool.py"});
   EXPECT_EQ(identifier(), "tool");
-  file("cmdline", std::string("python3\0/home/me/own.py\0", 24));
-  EXPECT_EQ(identifier(), "(none)");
-  file("cmdline", "");
-  EXPECT_EQ(identifier(), "(none)");
+  stat("100 (python3) S");
+  std::filesystem::create_symlink(directory_.path(), directory_ / "proc/100/cwd");
+  writeFile(directory_ / "own.py", "");
+  file("cmdline", std::string("python3\0-u\0./own.py\0", 20));
+  EXPECT_EQ(identifier(), String("exe:" + (directory_ / "own.py").string()));
+  EXPECT_EQ(workspace_.runningApplication(100)->localizedName(), "own.py");
+  EXPECT_EQ(workspace_.runningApplication(100)->executableURL()->path(), "/usr/bin/python3.11");
+  for (const std::string other : {"python3\0/home/me/gone.py", "python3\0-c\0./own.py", ""}) {
+    file("cmdline", other);
+    EXPECT_EQ(identifier(), "exe:/usr/bin/python3.11") << other;
+  }
+}
+
+TEST_F(WorkspaceTest, aProcessIsAnApplicationByAnEntryOfItsOwnOrAWindow) {
+  file("cgroup", "0::/user.slice/app-org.example.Terminal-77.scope\n");
+  EXPECT_EQ(workspace_.identityOf(100)(false), std::nullopt) << "runs in a terminal";
+  runs("/usr/bin/browser", {"browser"});
+  EXPECT_EQ(workspace_.identityOf(100)(false), "browser");
+  std::filesystem::remove(directory_ / "proc/100/exe");
+  runs("/usr/bin/unknown", {"unknown"});
+  const auto identity = workspace_.identityOf(100);
+  std::filesystem::remove_all(directory_ / "proc/100");
+  EXPECT_EQ(identity(false), std::nullopt);
+  windows_ = {{"x", "Browser-window"}};
+  EXPECT_EQ(identity(true), "browser") << "even once it has ended";
+  EXPECT_EQ(workspace_.identityOf(100)(true), std::nullopt);
 }
 
 TEST_F(WorkspaceTest, optionsTellEntriesOfOneProgramApart) {

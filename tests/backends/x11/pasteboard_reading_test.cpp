@@ -106,7 +106,7 @@ TEST_F(PasteboardReading, readsEachEncodingByTheTypeOfTheAnswer) {
   Peer peer(server.display(), loop);
   const std::vector<std::pair<std::map<std::string, Peer::Answer>, std::string>> cases{
       {{{"STRING", {"STRING", 8, "caf\xE9"}}}, "café"},
-      {{{"STRING", {"UTF8_STRING", 8, "caf\xC3\xA9"}}}, "café"},
+      {{{"STRING", {"UTF8_STRING", 8, "th\xC3\xA9"}}}, "thé"},
       {{{"TEXT", {"COMPOUND_TEXT", 8, "caf\xE9"}}}, "café"},
       {{{"COMPOUND_TEXT", {"COMPOUND_TEXT", 8, "\x1B$(B0l"}}}, "(no text)"},
       {{{"text/plain;charset=utf-16", {"text/plain;charset=utf-16", 8, std::string("\xFE\xFF\0H\0i", 6)}}},
