@@ -37,6 +37,7 @@ int runWindow(qt::Application& application, x11::Session& session, RunLoop& loop
   session.pasteboard()->awaitFirstSnapshot(kFirstSnapshotLimit);
   const ContentView view;
   ViewGraph graph(View(view), loop);
+  session.pasteboard()->setFirstContentCame([&view] { view.takeLateSeed(); });
   const MemoryReturn memoryReturn(view, graph, loop);
   qt::Window window(graph);
   window.show();

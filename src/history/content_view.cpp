@@ -75,11 +75,22 @@ View ContentView::body() const {
 void ContentView::capture() const {
   if (!watching.get()) return;
   const auto items = pboard->items();
-  if (items.empty()) return;
+  if (items.empty() || isSeed(items.front())) return;
   auto clip = ClipboardItem::capture(items.front(), pasteboardObservable->info());
   const UUID id = clip.id;
   clipboard.update([&](ClipHistory& history) { history.push_back(std::move(clip)); });
   selectedItemId.set(id);
+}
+
+bool ContentView::isSeed(const Pasteboard::Item& item) const {
+  return !clipboard->empty() && clipboard->front().content == item;
+}
+
+void ContentView::takeLateSeed() const {
+  clipboard.update([this](ClipHistory& history) {
+    const ClipHistory seed = seedHistory(*pboard);
+    history.insert(history.begin(), seed.begin(), seed.end());
+  });
 }
 
 void ContentView::moveToTop(const ClipboardItem& clip) const {

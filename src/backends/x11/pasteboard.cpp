@@ -21,9 +21,10 @@ constexpr std::chrono::milliseconds kAssertionLimit = 200ms;
 
 }  // namespace
 
-Pasteboard::Pasteboard(std::shared_ptr<Connection> connection, Survey survey)
+Pasteboard::Pasteboard(std::shared_ptr<Connection> connection, Survey survey, const FetchLimits& limits)
     : connection_(std::move(connection)),
       survey_(std::move(survey)),
+      limits_(limits),
       owner_(connection_),
       requestor_(connection_),
       names_(connection_) {
@@ -46,7 +47,7 @@ void Pasteboard::observe() {
       xcb_get_selection_owner(connection_->xcb(), connection_->atoms()["CLIPBOARD"]), [this](auto reply) {
         if (round_ || changeCount_ > 0) return;
         isFirstKnown_ = !reply || reply->owner == XCB_WINDOW_NONE;
-        if (!isFirstKnown_) fetch();
+        if (!isFirstKnown_) fetch(true);
       });
 }
 
@@ -145,15 +146,17 @@ void Pasteboard::fetchSoon(xcb_timestamp_t time) {
   nextFetch_ = loop.scheduleOnce(earliest - loop.now(), [this] { fetch(); });
 }
 
-void Pasteboard::fetch() {
+void Pasteboard::fetch(bool isFirst) {
   nextFetch_.cancel();
   lastFetch_ = connection_->loop().now();
   round_ = std::make_shared<Round>();
-  snapshot_ = std::make_unique<Snapshot>(requestor_, names_, nextFetchTime_, [this](Content content) {
+  round_->isFirst = isFirst;
+  const auto take = [this](Content content) {
     round_->content = std::move(content);
     snapshot_.reset();
     finishRound();
-  });
+  };
+  snapshot_ = std::make_unique<Snapshot>(requestor_, names_, nextFetchTime_, limits_, take);
   if (!survey_) return void(round_->isSurveyed = true);
   survey_([this, weak = std::weak_ptr(round_)] {
     // A round that has ended meanwhile took this pasteboard's part with it, or the pasteboard itself.
@@ -169,6 +172,10 @@ void Pasteboard::finishRound() {
   const auto round = std::exchange(round_, nullptr);
   const Content& content = *round->content;
   PasteboardItems items = itemsOf(content, mapping_);
+  if (round->isFirst) {
+    isSecret_ = content.isSecret;
+    return takeFirst(std::move(items));
+  }
   const bool isKeptContent = isKept(content, items);
   auto source = sourceOfRound();
   noteSettled();
@@ -176,6 +183,12 @@ void Pasteboard::finishRound() {
   publish(std::move(items), false);
   isSecret_ = content.isSecret;
   source_ = std::move(source);
+}
+
+void Pasteboard::takeFirst(PasteboardItems items) {
+  items_ = std::move(items);
+  isFirstKnown_ = true;
+  if (const auto came = std::exchange(firstContentCame_, nullptr)) came();
 }
 
 // What somebody keeps before it could be read is still its maker's.

@@ -27,16 +27,19 @@ class Pasteboard : public NSPasteboard {
   using Survey = std::function<void(std::function<void()> done)>;
 
   // `survey`, which may be empty, goes on beside each fetch; the change count waits for both.
-  explicit Pasteboard(std::shared_ptr<Connection> connection, Survey survey = {});
+  explicit Pasteboard(std::shared_ptr<Connection> connection, Survey survey = {},
+                      const FetchLimits& limits = {});
   Pasteboard(const Pasteboard&) = delete;
   Pasteboard& operator=(const Pasteboard&) = delete;
 
   // From here on, the source of content that carries none itself is the application that owns it.
   void setIdentify(Identify identify) { identify_ = std::move(identify); }
 
-  // Waits for what lies on the clipboard at the program's start. False when it takes longer than `limit`; the
-  // content then comes as a change.
+  // What lay on the clipboard before this object was made is its first content: it moves no count, and has no
+  // source, however late its owner hands it over. Waits for it; false when it takes longer than `limit`.
   bool awaitFirstSnapshot(RunLoop::Duration limit);
+  // Called once, in a turn of the loop, when the first content came after that.
+  void setFirstContentCame(std::function<void()> came) { firstContentCame_ = std::move(came); }
   // Gives this program's content to the clipboard manager, if there is one and the content is ours, so that
   // it outlives the program. Waits, at most 1 s, and serves requests meanwhile. False when nothing was handed
   // over.
@@ -57,8 +60,9 @@ class Pasteboard : public NSPasteboard {
   bool isByKeeper() const;
   bool isEcho() const;
   void fetchSoon(xcb_timestamp_t time);
-  void fetch();
+  void fetch(bool isFirst = false);
   void finishRound();
+  void takeFirst(PasteboardItems items);
   std::optional<String> sourceOfRound() const;
   void noteSettled();
   void publish(PasteboardItems items, bool isOwn);
@@ -66,12 +70,14 @@ class Pasteboard : public NSPasteboard {
 
   // One look at the clipboard.
   struct Round {
+    bool isFirst = false;
     std::optional<Content> content;
     bool isSurveyed = false;
   };
 
   std::shared_ptr<Connection> connection_;
   Survey survey_;
+  FetchLimits limits_;
   SelectionOwner owner_;
   Requestor requestor_;
   AtomNames names_;
@@ -82,6 +88,7 @@ class Pasteboard : public NSPasteboard {
   bool isOwn_ = false;                // The content is what this program wrote.
   bool isSecret_ = false;
   bool isFirstKnown_ = false;
+  std::function<void()> firstContentCame_;
   Identify identify_;
   std::optional<String> source_;        // The application that owns the content.
   std::shared_ptr<Ownership> known_;    // Whose content is known.

@@ -54,32 +54,29 @@ String joinedPaths(const std::vector<String>& paths) {
   return String(joined);
 }
 
-UriList filesOf(const Content& content) {
-  if (content.uriList) return parseUriList(*content.uriList);
-  return content.copiedFiles ? parseCopiedFiles(*content.copiedFiles) : UriList{};
-}
-
 }  // namespace
 
 PasteboardItems itemsOf(Content content, TypeMapping& mapping) {
   if (content.isSecret) return {};
-  const UriList files = filesOf(content);
-  const bool isUnknown = !content.uriList && !content.copiedFiles;
-  const auto types = mapping.typesOf(
-      content.targets,
-      {.isUnknown = isUnknown, .hasPaths = !files.paths.empty(), .hasOthers = files.hasOthers});
+  const UriList files = content.files.value_or(UriList{});
+  const bool hasPaths = !files.paths.empty();
+  // Some file managers offer no text, and others a list under a heading of its own.
+  const bool lacksText = !content.text || isFileListInDisguise(*content.text);
+  if (hasPaths && lacksText) content.text = joinedPaths(files.paths);
+  const auto types = mapping.typesOf(content.targets, {.areFilesKnown = content.files.has_value(),
+                                                       .hasPaths = hasPaths,
+                                                       .hasOtherUris = files.hasOthers,
+                                                       .hasText = content.text.has_value()});
   if (types->empty()) return {};
-  if (!files.paths.empty() && content.text && isFileListInDisguise(*content.text)) {
-    content.text = joinedPaths(files.paths);
-  }
-  const auto firstPath = files.paths.empty() ? std::nullopt : std::optional(files.paths.front());
+  const auto firstPath = hasPaths ? std::optional(files.paths.front()) : std::nullopt;
   PasteboardItems items;
   items.push_back(std::make_shared<FetchedItem>(
       types,
       std::array{std::move(content.text), std::move(content.rtf), firstPath, std::move(content.source)}));
+  const auto furtherTypes = mapping.listOf({types::fileURL});
   for (std::size_t index = 1; index < files.paths.size(); ++index) {
     items.push_back(std::make_shared<FetchedItem>(
-        mapping.listOf({types::fileURL}),
+        furtherTypes,
         std::array<std::optional<String>, 4>{std::nullopt, std::nullopt, files.paths[index], std::nullopt}));
   }
   return items;

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_set>
+
+#include "backends/x11/text_targets.h"
 
 namespace tarnix::x11 {
 namespace {
@@ -18,11 +21,11 @@ bool AtomListReceiver::begin(xcb_atom_t type, int format, std::size_t /*size*/) 
 
 std::vector<xcb_atom_t> AtomListReceiver::take() const {
   std::vector<xcb_atom_t> list;
+  std::unordered_set<xcb_atom_t> known;
   for (std::size_t at = 0; at + sizeof(xcb_atom_t) <= bytes_.size(); at += sizeof(xcb_atom_t)) {
     xcb_atom_t atom = XCB_ATOM_NONE;
     std::memcpy(&atom, bytes_.data() + at, sizeof atom);
-    const bool isNew = std::find(list.begin(), list.end(), atom) == list.end();
-    if (atom != XCB_ATOM_NONE && isNew) list.push_back(atom);
+    if (atom != XCB_ATOM_NONE && known.insert(atom).second) list.push_back(atom);
   }
   return list;
 }
@@ -42,13 +45,14 @@ void TextReceiver::append(std::string_view bytes) {
 std::optional<String> TextReceiver::take() { return decoder_ ? decoder_->finish() : std::nullopt; }
 
 std::optional<TextEncoding> TextReceiver::encodingOf(xcb_atom_t type) const {
-  if (type == XCB_ATOM_STRING) return TextEncoding::latin1;
-  if (type == atoms_["COMPOUND_TEXT"]) return TextEncoding::compoundText;
-  if (type == atoms_["text/plain;charset=utf-16"]) return TextEncoding::utf16;
-  const bool isText = type == target_ || type == atoms_["UTF8_STRING"] || type == atoms_["text/plain"] ||
-                      type == atoms_["text/plain;charset=utf-8"] ||
-                      type == atoms_["text/plain;charset=UTF-8"];
-  return isText ? std::optional(TextEncoding::utf8) : std::nullopt;
+  if (type == target_) return encodingOfTarget_;
+  const auto known = textTargetOf(atoms_.nameOf(type));
+  return known ? std::optional(known->encoding) : std::nullopt;
+}
+
+bool UriListReceiver::begin(xcb_atom_t type, int format, std::size_t /*size*/) {
+  const bool isText = type == target_ || textTargetOf(atoms_.nameOf(type)).has_value();
+  return format == 8 && isText;
 }
 
 }  // namespace tarnix::x11

@@ -7,6 +7,7 @@
 
 #include "backends/x11/text_decoder.h"
 #include "backends/x11/transfer.h"
+#include "backends/x11/uri_list.h"
 
 namespace tarnix::x11 {
 
@@ -25,21 +26,40 @@ class AtomListReceiver : public Receiver {
 };
 
 // Text, decoded as it arrives. Its encoding is decided by the type that the owner answers with, which must be
-// the target that was asked for or one of the types that stand for text.
+// the target that was asked for, whose encoding is given, or one of the types that stand for text.
 class TextReceiver : public Receiver {
  public:
-  TextReceiver(const Atoms& atoms, xcb_atom_t target) : atoms_(atoms), target_(target) {}
+  TextReceiver(const Atoms& atoms, xcb_atom_t target, TextEncoding encoding)
+      : atoms_(atoms), target_(target), encodingOfTarget_(encoding) {}
   bool begin(xcb_atom_t type, int format, std::size_t size) override;
   void append(std::string_view bytes) override;
   // Absent when nothing came, or nothing that can be read.
   std::optional<String> take();
+  // After `take()`: see `TextDecoder`.
+  bool isGuess() const { return decoder_ && decoder_->isGuess(); }
 
  private:
   std::optional<TextEncoding> encodingOf(xcb_atom_t type) const;
 
   const Atoms& atoms_;
   xcb_atom_t target_;
+  TextEncoding encodingOfTarget_;
   std::optional<TextDecoder> decoder_;
+};
+
+// A list of files, read as it arrives.
+class UriListReceiver : public Receiver {
+ public:
+  UriListReceiver(const Atoms& atoms, xcb_atom_t target, UriListReader::Form form)
+      : atoms_(atoms), target_(target), reader_(form) {}
+  bool begin(xcb_atom_t type, int format, std::size_t size) override;
+  void append(std::string_view bytes) override { reader_.append(bytes); }
+  UriList take() { return reader_.finish(); }
+
+ private:
+  const Atoms& atoms_;
+  xcb_atom_t target_;
+  UriListReader reader_;
 };
 
 }  // namespace tarnix::x11

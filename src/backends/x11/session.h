@@ -6,6 +6,7 @@
 
 #include "backends/x11/connection.h"
 #include "backends/x11/result.h"
+#include "backends/x11/transfer.h"
 
 namespace tarnix::x11 {
 
@@ -18,7 +19,8 @@ class WindowServer;
 class Session {
  public:
   // See `Connection::open`. The loop is borrowed and must outlive the session.
-  static Result<std::unique_ptr<Session>> open(const std::string& display, RunLoop& loop);
+  static Result<std::unique_ptr<Session>> open(const std::string& display, RunLoop& loop,
+                                               const FetchLimits& limits = {});
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();
@@ -32,7 +34,7 @@ class Session {
   void setClosed(std::function<void()> closed) { connection_->setClosed(std::move(closed)); }
 
  private:
-  explicit Session(std::shared_ptr<Connection> connection);
+  Session(std::shared_ptr<Connection> connection, const FetchLimits& limits);
 
   std::shared_ptr<Connection> connection_;
   std::shared_ptr<WindowServer> windowServer_;

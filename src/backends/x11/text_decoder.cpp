@@ -5,11 +5,14 @@
 #include <string>
 #include <utility>
 
+#include "backends/x11/compound_text.h"
+
 namespace tarnix::x11 {
 namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::size_t kMostCompoundText = std::size_t{16} << 20;
 // Bytes outside ASCII are translated in runs of this size, so that they reach the text in few pieces.
 constexpr std::size_t kRun = 32;
 
@@ -59,6 +62,10 @@ Sequence sequenceAt(std::string_view text) {
   return {length, Sequence::Kind::whole};
 }
 
+std::string_view withoutEnd(std::string_view text) {
+  return text.substr(0, text.size() - (text.ends_with('\0') ? 1 : 0));
+}
+
 // Bytes at the front that are whole UTF-8 sequences.
 std::size_t validPrefix(std::string_view text) {
   std::size_t size = 0;
@@ -91,22 +98,55 @@ void TextDecoder::append(std::string_view bytes) {
   switch (encoding_) {
     case TextEncoding::utf8:
       return appendUtf8(bytes);
+    case TextEncoding::utf8OrLatin1:
+      checkUtf8(bytes);
+      return text_.append(bytes);
     case TextEncoding::utf16:
+    case TextEncoding::utf16LittleEndian:
+    case TextEncoding::utf16BigEndian:
       return appendUtf16(bytes);
     case TextEncoding::latin1:
       return appendLatin1(bytes);
-    case TextEncoding::compoundText: {
-      isUndecodable_ = bytes.find('\x1B') != std::string_view::npos;
-      if (!isUndecodable_) appendLatin1(bytes);
-    }
+    case TextEncoding::compoundText:
+      isUndecodable_ = text_.size() + bytes.size() > kMostCompoundText;
+      if (!isUndecodable_) text_.append(bytes);
   }
 }
 
 std::optional<String> TextDecoder::finish() {
   if (isUndecodable_) return std::nullopt;
+  if (encoding_ == TextEncoding::utf8OrLatin1) return finishUtf8OrLatin1();
+  if (encoding_ == TextEncoding::compoundText) return decodeCompoundText(withoutEnd(text_.view()));
   if (pendingSize_ > 0 || highSurrogate_ != 0) appendReplacement();
   if (text_.view().ends_with('\0')) text_.truncate(text_.size() - 1);
   return text_.take();
+}
+
+std::optional<String> TextDecoder::finishUtf8OrLatin1() {
+  isGuess_ = !isUtf8_ || pendingSize_ > 0;
+  if (isGuess_) {
+    TextDecoder latin1(TextEncoding::latin1);
+    latin1.append(text_.view());
+    return latin1.finish();
+  }
+  if (text_.view().ends_with('\0')) text_.truncate(text_.size() - 1);
+  if (text_.view().starts_with(kUtf8Mark)) return String(text_.view().substr(kUtf8Mark.size()));
+  return text_.take();
+}
+
+void TextDecoder::checkUtf8(std::string_view bytes) {
+  while (isUtf8_ && pendingSize_ > 0 && !bytes.empty()) {
+    pending_[pendingSize_++] = bytes.front();
+    bytes.remove_prefix(1);
+    const Sequence sequence = sequenceAt({pending_.data(), pendingSize_});
+    isUtf8_ = sequence.kind != Sequence::Kind::broken;
+    if (sequence.kind == Sequence::Kind::whole) pendingSize_ = 0;
+  }
+  if (!isUtf8_ || bytes.empty()) return;
+  bytes.remove_prefix(validPrefix(bytes));
+  if (bytes.empty()) return;
+  isUtf8_ = sequenceAt(bytes).kind == Sequence::Kind::unfinished;
+  if (isUtf8_) pendingSize_ = bytes.copy(pending_.data(), pending_.size());
 }
 
 void TextDecoder::appendUtf8(std::string_view bytes) {

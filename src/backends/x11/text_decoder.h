@@ -13,26 +13,35 @@ namespace tarnix::x11 {
 
 enum class TextEncoding {
   utf8,          // Bytes that are no UTF-8 become U+FFFD, one for each broken sequence.
+  utf8OrLatin1,  // UTF-8 if all of it is, else ISO 8859-1, byte for byte.
   latin1,        // ISO 8859-1, what the type STRING stands for.
   utf16,         // By its byte order mark; little-endian without one.
-  compoundText,  // Only its plain form, which is Latin-1; one escape sequence and there is no text.
+  utf16LittleEndian,
+  utf16BigEndian,
+  compoundText,  // See `decodeCompoundText`; at most 16 MiB.
 };
 
 // Makes UTF-8 text of bytes that arrive in pieces, cut anywhere. A leading byte order mark and one trailing
-// NUL are dropped. Holds the text once and at most three bytes beside it.
+// NUL are dropped. Holds the text once and at most three bytes beside it; what turns out to be no UTF-8 and
+// compound text, twice for a moment.
 class TextDecoder {
  public:
-  explicit TextDecoder(TextEncoding encoding) : encoding_(encoding) {}
+  explicit TextDecoder(TextEncoding encoding)
+      : encoding_(encoding), isBigEndian_(encoding == TextEncoding::utf16BigEndian) {}
 
   // A promise of the sender that nobody has to keep; saves growing.
   void reserve(std::size_t size) { text_.reserve(size); }
   void append(std::string_view bytes);
   // The text; absent when the bytes can't be read in this encoding. The decoder is used up.
   std::optional<String> finish();
+  // After `finish()`: that the text was taken as ISO 8859-1 for want of anything better.
+  bool isGuess() const { return isGuess_; }
 
  private:
   void appendUtf8(std::string_view bytes);
   std::string_view completeUtf8(std::string_view bytes);
+  void checkUtf8(std::string_view bytes);
+  std::optional<String> finishUtf8OrLatin1();
   void appendLatin1(std::string_view bytes);
   void appendUtf16(std::string_view bytes);
   void appendUnit(std::uint16_t unit);
@@ -44,9 +53,11 @@ class TextDecoder {
   std::array<char, 4> pending_{};  // The beginning of a character whose end has not arrived.
   std::size_t pendingSize_ = 0;
   std::uint16_t highSurrogate_ = 0;
-  bool isBigEndian_ = false;
+  bool isBigEndian_;
   bool isAtStart_ = true;
   bool isUndecodable_ = false;
+  bool isUtf8_ = true;
+  bool isGuess_ = false;
 };
 
 // How many bytes at the front of `text` are ASCII.

@@ -8,8 +8,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr RunLoop::Duration kBaseLimit = 5s;
-// An owner that delivers slower than this is not waited for beyond the base limit.
+// An owner that delivers slower than this is not waited for beyond its fixed time.
 constexpr std::uint64_t kLeastBytesPerSecond = 1 << 20;
 constexpr RunLoop::Duration kGrace = 20ms;
 constexpr std::uint32_t kSliceUnits = (1 << 20) / 4;
@@ -23,7 +22,7 @@ std::string_view bytesOf(const xcb_get_property_reply_t& reply) {
 
 RunLoop::Instant Patience::end() const {
   const std::uint64_t milliseconds = bytes_ * 1000 / kLeastBytesPerSecond;
-  return start_ + kBaseLimit + std::chrono::milliseconds(milliseconds);
+  return end_ + std::chrono::milliseconds(milliseconds);
 }
 
 Transfer::Transfer(Requestor& requestor, Patience& patience, Receiver& receiver, const Question& question,
@@ -117,7 +116,7 @@ bool Transfer::begin(xcb_atom_t type, int format, std::size_t size) {
     finish(Outcome::failed);
     return false;
   }
-  if (size <= question_.byteLimit || question_.isPrefixEnough) return true;
+  if (size <= question_.byteLimit) return true;
   finish(Outcome::tooLarge);
   return false;
 }
@@ -130,8 +129,7 @@ bool Transfer::takeBytes(std::string_view bytes) {
   patience_.noteBytes(bytes.size());
   noteProgress();
   if (bytes.size() <= room) return true;
-  isCutOff_ = true;
-  finish(question_.isPrefixEnough ? Outcome::complete : Outcome::tooLarge);
+  finish(Outcome::tooLarge);
   return false;
 }
 
@@ -160,7 +158,7 @@ void Transfer::checkClock() {
 
 void Transfer::finish(Outcome outcome) {
   const bool isClean = outcome == Outcome::complete || outcome == Outcome::refused;
-  giveBack(isClean && !isCutOff_ ? Requestor::Remainder::nothing : remainder());
+  giveBack(isClean ? Requestor::Remainder::nothing : remainder());
   reply_.cancel();
   clock_.cancel();
   const Finished finished = std::move(finished_);

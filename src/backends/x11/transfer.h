@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string_view>
@@ -9,16 +10,22 @@
 
 namespace tarnix::x11 {
 
+// How long an owner is waited for. Nothing is blocked meanwhile, and a new owner ends the wait.
+struct FetchLimits {
+  RunLoop::Duration answer = std::chrono::seconds(8);  // For each of its steps.
+  RunLoop::Duration whole = std::chrono::seconds(30);  // For all of them, beside what it delivers.
+};
+
 // How long an owner may take in all: a fixed time, and more for what it delivers, so that large contents
 // arrive whole and drips come to an end.
 class Patience {
  public:
-  explicit Patience(RunLoop::Instant start) : start_(start) {}
+  Patience(RunLoop::Instant start, RunLoop::Duration limit) : end_(start + limit) {}
   void noteBytes(std::size_t count) { bytes_ += count; }
   RunLoop::Instant end() const;
 
  private:
-  RunLoop::Instant start_;
+  RunLoop::Instant end_;
   std::uint64_t bytes_ = 0;
 };
 
@@ -42,7 +49,6 @@ class Transfer : private Requestor::User {
     xcb_timestamp_t time = XCB_CURRENT_TIME;
     RunLoop::Duration idleLimit{};  // For each step of the owner.
     std::size_t byteLimit = 0;
-    bool isPrefixEnough = false;  // Above the limit the content is cut off instead of given up.
   };
   using Finished = std::function<void(Outcome)>;
 
@@ -83,7 +89,6 @@ class Transfer : private Requestor::User {
   bool isIncremental_ = false;
   bool isIncrementWaiting_ = false;  // Written while the one before was still being read.
   bool hasBegun_ = false;
-  bool isCutOff_ = false;
   bool hadGrace_ = false;
   xcb_atom_t type_ = XCB_ATOM_NONE;
   int format_ = 0;

@@ -76,8 +76,9 @@ const std::unordered_map<std::string_view, KnownTarget>& knownTargets() {
 
 // ICCCM, section 2.6.2, and what toolkits added to it: questions and commands, not content.
 bool isContent(std::string_view target) {
-  constexpr std::array kMeta{"TARGETS"sv, "MULTIPLE"sv,         "TIMESTAMP"sv,       "SAVE_TARGETS"sv,
-                             "DELETE"sv,  "INSERT_SELECTION"sv, "INSERT_PROPERTY"sv, "LENGTH"sv};
+  constexpr std::array kMeta{"TARGETS"sv,         "MULTIPLE"sv, "TIMESTAMP"sv,
+                             "SAVE_TARGETS"sv,    "DELETE"sv,   "INSERT_SELECTION"sv,
+                             "INSERT_PROPERTY"sv, "LENGTH"sv,   "INCR"sv};
   return !target.empty() && std::find(kMeta.begin(), kMeta.end(), target) == kMeta.end();
 }
 
@@ -140,6 +141,15 @@ std::string base32(std::string_view bytes) {
   return text;
 }
 
+// A MIME type with a parameter, which a tag has no room for, reads well as it is.
+bool isParameterizedMimeType(std::string_view name) {
+  const std::size_t slash = name.find('/');
+  const bool isPlain =
+      std::all_of(name.begin(), name.end(), [](char each) { return each >= ' ' && each <= '~'; });
+  return isPlain && slash != std::string_view::npos && slash > 0 &&
+         name.find('=', slash) != std::string_view::npos && name.find('.') > slash;
+}
+
 struct Ranked {
   Rank rank;
   PasteboardType type;
@@ -156,20 +166,21 @@ String dynamicIdentifier(std::string_view target) {
   return String("dyn.a" + base32("?0=6:4=" + tagValue(target)));
 }
 
-TypeMapping::TypeList TypeMapping::typesOf(std::span<const String> targets, const Files& files) {
+TypeMapping::TypeList TypeMapping::typesOf(std::span<const String> targets, const Findings& findings) {
   std::vector<Ranked> ranked;
   for (const String& target : targets) {
     if (!isContent(target)) continue;
     const auto known = knownTargets().find(target.view());
-    if (isFileList(target) && !files.isUnknown) {
-      if (files.hasPaths) addOnce(ranked, Rank::file, types::fileURL);
-      if (files.hasOthers) addOnce(ranked, Rank::link, types::url);
+    if (isFileList(target) && findings.areFilesKnown) {
+      if (findings.hasPaths) addOnce(ranked, Rank::file, types::fileURL);
+      if (findings.hasOtherUris) addOnce(ranked, Rank::link, types::url);
     } else if (known != knownTargets().end()) {
       addOnce(ranked, known->second.rank, known->second.type);
     } else {
       addOnce(ranked, Rank::data, {identifierOf(target)});
     }
   }
+  if (findings.hasText) addOnce(ranked, Rank::plainText, types::text);
   std::stable_sort(ranked.begin(), ranked.end(),
                    [](const Ranked& a, const Ranked& b) { return a.rank < b.rank; });
   std::vector<PasteboardType> list;
@@ -193,6 +204,7 @@ TypeMapping::TypeList TypeMapping::listOf(std::vector<PasteboardType> types) {
 }
 
 String TypeMapping::identifierOf(const String& target) {
+  if (isParameterizedMimeType(target)) return target;
   if (const auto found = identifiers_.find(target); found != identifiers_.end()) return found->second;
   if (identifiers_.size() == kMostIdentifiers) identifiers_.clear();
   return identifiers_.emplace(target, dynamicIdentifier(target)).first->second;

@@ -31,16 +31,17 @@ class TypeMapping {
  public:
   using TypeList = std::shared_ptr<const std::vector<NSPasteboard::PasteboardType>>;
 
-  // What the file list target turned out to hold.
-  struct Files {
-    bool isUnknown = true;  // It was not to be had.
+  // What turned out to be there, whatever it was offered as.
+  struct Findings {
+    bool areFilesKnown = false;  // The list of files was to be had.
     bool hasPaths = false;
-    bool hasOthers = false;
+    bool hasOtherUris = false;
+    bool hasText = false;
   };
 
   // Each type once: files, links, RTF, HTML, images, PDF, plain text, then everything else as offered.
   // Targets that are no content (TARGETS, DELETE and the like) are left out. Equal lists are the same list.
-  TypeList typesOf(std::span<const String> targets, const Files& files);
+  TypeList typesOf(std::span<const String> targets, const Findings& findings);
   // A list of these very types.
   TypeList listOf(std::vector<NSPasteboard::PasteboardType> types);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace tarnix::x11 {
 namespace {
@@ -41,10 +42,7 @@ std::string withoutEscapes(std::string_view text) {
   return plain;
 }
 
-std::string_view takeLine(std::string_view& text) {
-  const std::size_t end = std::min(text.find('\n'), text.size());
-  std::string_view line = text.substr(0, end);
-  text.remove_prefix(std::min(end + 1, text.size()));
+std::string_view withoutBlanks(std::string_view line) {
   const std::size_t last = line.find_last_not_of("\r \t");
   return line.substr(0, last == std::string_view::npos ? 0 : last + 1);
 }
@@ -64,23 +62,33 @@ std::optional<String> localPath(std::string_view uri) {
   return String(withoutEscapes(uri));
 }
 
-UriList parseUriList(std::string_view text) {
-  UriList list;
-  while (!text.empty()) {
-    const std::string_view line = takeLine(text);
-    if (line.empty() || line.starts_with('#')) continue;
-    if (std::optional<String> path = localPath(line)) {
-      list.paths.push_back(std::move(*path));
-    } else {
-      list.hasOthers = true;
-    }
+void UriListReader::append(std::string_view bytes) {
+  for (std::size_t end = bytes.find('\n'); end != std::string_view::npos; end = bytes.find('\n')) {
+    unfinished_ += bytes.substr(0, end);
+    takeLine(withoutBlanks(unfinished_));
+    unfinished_.clear();
+    bytes.remove_prefix(end + 1);
   }
-  return list;
+  unfinished_ += bytes;
 }
 
-UriList parseCopiedFiles(std::string_view text) {
-  const std::string_view verb = takeLine(text);
-  return verb == "copy" || verb == "cut" ? parseUriList(text) : UriList{};
+UriList UriListReader::finish() {
+  if (unfinished_.ends_with('\0')) unfinished_.pop_back();
+  takeLine(withoutBlanks(unfinished_));
+  return std::move(list_);
+}
+
+void UriListReader::takeLine(std::string_view line) {
+  if (std::exchange(isVerbNext_, false)) {
+    isIgnored_ = line != "copy" && line != "cut";
+    return;
+  }
+  if (isIgnored_ || line.empty() || line.starts_with('#')) return;
+  if (std::optional<String> path = localPath(line)) {
+    list_.paths.push_back(std::move(*path));
+  } else {
+    list_.hasOthers = true;
+  }
 }
 
 bool isFileListInDisguise(std::string_view text) {
