@@ -113,12 +113,15 @@ TEST_F(DefaultsFileTest, keepsEveryDamagedFileAndStartsAnew) {
   EXPECT_THAT(reports_, ElementsAre(Kind::damaged, Kind::damaged, Kind::damaged));
 }
 
-TEST_F(DefaultsFileTest, damageWhileRunningCostsNoSetting) {
+TEST_F(DefaultsFileTest, damageWhileRunningCostsNoSettingAndIsReportedEachTime) {
   const auto storage = open();
   storage->setObject("a", {true});
-  writeFile(file_, "damaged");
-  storage->setObject("b", {true});
-  EXPECT_THAT(stored(), UnorderedElementsAre(testing::Key("a"), testing::Key("b")));
+  for (std::size_t damage = 1; damage <= 2; ++damage) {
+    writeFile(file_, "damaged");
+    storage->setObject("b", {true});  // The second time it was so before.
+    EXPECT_THAT(stored(), UnorderedElementsAre(testing::Key("a"), testing::Key("b")));
+    EXPECT_THAT(reports_, testing::SizeIs(damage));
+  }
 }
 
 TEST_F(DefaultsFileTest, aPlaceThatCannotBeMadeIsReportedOnceAndTriedAgain) {
