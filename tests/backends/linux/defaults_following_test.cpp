@@ -170,15 +170,6 @@ TEST_F(DefaultsFollowingTest, whatIsNoFileOfOursChangesNothingAndIsReportedOnce)
   EXPECT_THAT(changed_, IsEmpty());
 }
 
-TEST_F(DefaultsFollowingTest, followsALinkedFile) {
-  std::filesystem::create_directories(file_.parent_path());
-  std::filesystem::create_symlink("../dotfiles/settings.plist", file_);
-  follow();
-  FileDefaultsStorage(directory_ / "dotfiles" / "settings.plist").setObject("theirs", number(1));
-  EXPECT_TRUE(driver_.runUntil([&] { return !changed_.empty(); }, 5s));
-  EXPECT_THAT(changed_, ElementsAre("theirs"));
-}
-
 TEST_F(DefaultsFollowingTest, aRefusedWatchIsReportedOnce) {
   storage_.emplace(
       file_, [this](const StorageFailure& failure) { reports_.push_back(failure.kind); }, &loop_);

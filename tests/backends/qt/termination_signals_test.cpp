@@ -8,15 +8,17 @@ namespace tarnix::qt {
 namespace {
 
 TEST(TerminationSignals, areLeftAloneWithoutAPipe) {
+  struct sigaction former {
+  }, present{};
+  sigaction(SIGTERM, nullptr, &former);
   std::unique_ptr<TerminationSignals> signals;
   {
     const test::DescriptorLimit limit;
     signals = std::make_unique<TerminationSignals>([] {});
   }
   EXPECT_FALSE(signals->isListening());
-  struct sigaction action {};
-  sigaction(SIGTERM, nullptr, &action);
-  EXPECT_EQ(action.sa_handler, SIG_DFL);
+  sigaction(SIGTERM, nullptr, &present);
+  EXPECT_EQ(present.sa_handler, former.sa_handler);
   signals.reset();
   EXPECT_TRUE(TerminationSignals([] {}).isListening());
 }
