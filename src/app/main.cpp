@@ -63,6 +63,8 @@ int run(int argc, char** argv) {
   }
   const PlatformScope platform(sessionPlatform(**session, loop));
   qt::Application application(argc, argv);
+  if (!application.isListeningForSignals())
+    say("signals can't be listened for and end the program uncleanly");
   const qt::RunLoopDriver driver(*loop);
   return runWindow(application, **session, *loop);
 }

@@ -43,6 +43,8 @@ std::string_view reasonOf(linux_desktop::StorageFailure::Kind kind) {
       return "a value has no form in their file";
     case Kind::tooLarge:
       return "a value is too large for their file";
+    case Kind::unwatched:
+      return "their file can't be watched, so changes by other programs go unnoticed";
   }
   return "unknown";
 }

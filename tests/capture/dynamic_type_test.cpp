@@ -2,9 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <random>
 #include <string>
-#include <vector>
 
 namespace tarnix {
 namespace {
@@ -92,29 +90,6 @@ TEST(DynamicType, isEmptyWithoutALineWhenItsBytesAreNoText) {
   for (const std::string value : {"\xff", "\x80", "\xc0\xaf", "\xe0\x80\xaf", "\xf0\x80\x80\xaf",
                                   "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xe4\xb8", "\xe4\xb8:"}) {
     EXPECT_EQ(complaintAbout(identifierOf("4=" + value)), "");
-  }
-}
-
-TEST(DynamicType, givesBackWhateverTagsWereEncoded) {
-  std::mt19937 random(7);
-  const std::vector<std::string> letters = {"k", "Z",  "-",      ".",      " ",
-                                            "/", "\n", "\u00e9", "\u20ac", "\U0001f5c2"};
-  const auto below = [&](std::size_t limit) { return random() % limit; };
-  const auto word = [&] {
-    std::string text = "w";  // No word is a code.
-    for (auto left = 1 + below(20); left > 0; --left) text += letters[below(letters.size())];
-    return text;
-  };
-  for (int round = 0; round < 300; ++round) {
-    std::unordered_map<String, String> tags;
-    std::string text;
-    for (auto left = 1 + below(5); left > 0; --left) {
-      const std::string key = word();
-      const std::string value = word();
-      tags[key] = value;
-      text += (text.empty() ? "?" : ":") + key + "=" + value;
-    }
-    ASSERT_EQ(decodeDynamicType(identifierOf(text)), tags) << text;
   }
 }
 

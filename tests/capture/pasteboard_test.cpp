@@ -26,16 +26,6 @@ Names filtered(const Names& types) {
   return names;
 }
 
-TEST(Pasteboard, standsForFiveDifferentPasteboards) {
-  SimulatedDesktop desktop;
-  std::vector<const NSPasteboard*> found;
-  for (const auto pasteboard : Pasteboard::allCases()) found.push_back(pasteboard.nsPasteboard().get());
-  using Name = NSPasteboard::Name;
-  EXPECT_THAT(found, ElementsAre(&desktop.pasteboard(Name::general), &desktop.pasteboard(Name::drag),
-                                 &desktop.pasteboard(Name::find), &desktop.pasteboard(Name::font),
-                                 &desktop.pasteboard(Name::ruler)));
-}
-
 TEST(Pasteboard, readsItsItemsAfreshAndInOrder) {
   SimulatedDesktop desktop;
   const Pasteboard general = Pasteboard::general;
@@ -75,14 +65,6 @@ TEST(PasteboardItem, hidesTypesThatOnlyRepeatOthers) {
        {"dyn.a", "nsstringpboardtype", "public.utf8-plain-text"}},
   };
   for (const auto& [types, kept] : cases) EXPECT_EQ(filtered(types), kept);
-}
-
-TEST(PasteboardItem, hidesEachLegacyNameBesideItsModernOne) {
-  EXPECT_EQ(Pasteboard::legacyTypeMap().size(), 12U);
-  for (const auto& [legacy, modern] : Pasteboard::legacyTypeMap()) {
-    EXPECT_EQ(filtered({legacy.rawValue, modern.rawValue}), Names{modern.rawValue});
-    EXPECT_EQ(filtered({legacy.rawValue}), Names{legacy.rawValue});
-  }
 }
 
 TEST(PasteboardItem, pairsItsTypesWithItself) {

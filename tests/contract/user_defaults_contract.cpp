@@ -75,9 +75,11 @@ std::vector<std::pair<PropertyList, PropertyList>> everyKind() {
           {{String("1")}, {String("1")}},
           {{String()}, {String()}},
           {{Data()}, {Data()}},
+          {{Data{0}}, {Data{0}}},
           {{Data{0, 1, 127, 128, 255}}, {Data{0, 1, 127, 128, 255}}},
           {{Date{Date::Interval(-86400)}}, {Date{Date::Interval(-86400)}}},
-          {{Date{Date::Interval(1e9)}}, {Date{Date::Interval(1e9)}}},
+          {{Date{Date::Interval(252423993599.0)}}, {Date{Date::Interval(252423993599.0)}}},
+          {{Date{Date::Interval(-63145526400.0)}}, {Date{Date::Interval(-63145526400.0)}}},
           {{Array()}, {Array()}},
           {{Dictionary()}, {Dictionary()}},
           {nested, storedForm(nested)}};
@@ -92,7 +94,7 @@ std::vector<String> everyText() {
           "\x7f\u0080\u009f\u00a0",
           "\u00e9e\u0301\u0130\u00df",
           "\u202e\u200b\u2028\ufeff",
-          "\ue000\ufffd\U0001f468\u200d\U0001f469\U0010ffff",
+          "\ud7ff\ue000\ufffd\U0001f468\u200d\U0001f469\U0010ffff",
           String(std::string(5000, 'x'))};
 }
 

@@ -51,6 +51,9 @@ TEST_F(ContentViewTest, aCopyIsTheTopRowSelectedAndShown) {
   EXPECT_FALSE(rows[1].isSelected);
   EXPECT_NE(rows[0].tag, rows[1].tag) << "equal copies are clips of their own";
   EXPECT_EQ(rows[2].badge, 3u);
+  const auto tree = window().graph().tree();
+  const auto& section = *tree->children[0].children[0].children[0].as<elements::Section>();
+  EXPECT_EQ(section.positionOfTag(*rows[2].tag), 2U);
   EXPECT_EQ(rows[2].symbol, "textformat.abc.dottedunderline");
   EXPECT_EQ(window().detailText(), String("second"));
   EXPECT_EQ(newest().sourceAppId, String("org.example.editor"));

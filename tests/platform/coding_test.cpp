@@ -62,6 +62,7 @@ void expectToComeBack(const T& value) {
 
 TEST(Coding, everyKindOfValueComesBackFromJSON) {
   expectToComeBack(true);
+  expectToComeBack(std::string("text"));
   expectToComeBack(INT64_MIN);
   expectToComeBack(UINT64_MAX);
   expectToComeBack(std::int8_t{-128});

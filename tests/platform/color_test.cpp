@@ -40,12 +40,6 @@ TEST(CGColor, hasTheComponentsOfItsSpaceAndAnAlpha) {
   for (const char* name : {"", "sRGB", "kCGColorSpaceSRGB "}) EXPECT_FALSE(CGColorSpaceCreateWithName(name));
 }
 
-TEST(CGColor, isComparedBySpaceAndComponents) {
-  EXPECT_EQ(colorIn("kCGColorSpaceSRGB", {1, 0, 0, 1}), colorIn("kCGColorSpaceSRGB", {1, 0, 0, 1}));
-  EXPECT_NE(colorIn("kCGColorSpaceSRGB", {1, 0, 0, 1}), colorIn("kCGColorSpaceDisplayP3", {1, 0, 0, 1}));
-  EXPECT_NE(colorIn("kCGColorSpaceSRGB", {1, 0, 0, 1}), colorIn("kCGColorSpaceSRGB", {1, 0, 0, 0}));
-}
-
 TEST(NSColor, comesBackFromItsArchive) {
   const NSColor colors[] = {
       NSColor::initWithCGColor(colorIn("kCGColorSpaceDisplayP3", {0.1, 0.2, 0.3, 0.4})),
@@ -84,17 +78,6 @@ TEST(Color, ofComponentsHasThemInSRGB) {
   EXPECT_EQ(Color(1, 0.5, 0, 0.25).cgColor(), colorIn("kCGColorSpaceSRGB", {1, 0.5, 0, 0.25}));
   EXPECT_EQ(Color(std::nan(""), 0, 0), Color(0, 0, 0));
   EXPECT_EQ(Color(deviceColor()).cgColor(), deviceColor());
-}
-
-TEST(Color, semanticOnesHaveNoComponentsAndComeBackFromTheToolkit) {
-  const Color colors[] = {Color::accentColor(), Color::primary(), Color::secondary()};
-  for (const Color& color : colors) {
-    EXPECT_EQ(color.cgColor(), std::nullopt);
-    EXPECT_EQ(Color(copied(color.nsColor()).value()), color);
-  }
-  EXPECT_NE(colors[0], colors[1]);
-  EXPECT_NE(colors[1], colors[2]);
-  EXPECT_EQ(Color(Color(1, 0, 0).nsColor()), Color(1, 0, 0));
 }
 
 }  // namespace

@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <utility>
-
 namespace tarnix {
 namespace {
 
@@ -31,17 +28,6 @@ TEST(PlatformScope, theFormerPlatformComesBackAtTheEnd) {
   }
   EXPECT_EQ(present(), 1);
   EXPECT_EQ(&NSApp(), application);
-}
-
-TEST(PlatformScope, letsGoOfItsObjects) {
-  const auto loop = std::make_shared<RunLoop>([] { return RunLoop::Instant(0); });
-  {
-    Platform platform;
-    platform.mainRunLoop = loop;
-    const PlatformScope scope(std::move(platform));
-    EXPECT_EQ(&RunLoop::main(), loop.get());
-  }
-  EXPECT_EQ(loop.use_count(), 1);
 }
 
 }  // namespace

@@ -105,16 +105,6 @@ TEST(AnyCancellable, cancelsOnceHoweverItIsMoved) {
   EXPECT_EQ(cancelled, 1);
 }
 
-TEST(Publisher, prependedValuePassesTheChainDuringTheSubscription) {
-  Subject<int> subject;
-  std::vector<int> received;
-  const auto publisher = subject.publisher().prepend(1).map([](int value) { return value * 10; });
-  const auto subscription = publisher.sink([&](int value) { received.push_back(value); });
-  EXPECT_THAT(received, ElementsAre(10));
-  subject.send(2);
-  EXPECT_THAT(received, ElementsAre(10, 20));
-}
-
 TEST(Publisher, mayBeDestroyedByAValueThatArrivesDuringTheSubscription) {
   Subject<int> subject;
   std::vector<int> received;
@@ -125,16 +115,6 @@ TEST(Publisher, mayBeDestroyedByAValueThatArrivesDuringTheSubscription) {
   });
   subject.send(2);
   EXPECT_THAT(received, ElementsAre(1, 2));
-}
-
-TEST(Publisher, compactMapDropsWhatHasNoResult) {
-  Subject<int> subject;
-  std::vector<int> received;
-  const auto half = [](int value) { return value % 2 == 0 ? std::optional(value / 2) : std::nullopt; };
-  const auto subscription =
-      subject.publisher().compactMap(half).sink([&](int value) { received.push_back(value); });
-  for (const int value : {1, 2, 3, 0}) subject.send(value);
-  EXPECT_THAT(received, ElementsAre(1, 0));
 }
 
 TEST(Publisher, removeDuplicatesComparesWithTheLastPassedOfItsOwnSubscription) {

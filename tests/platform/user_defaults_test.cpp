@@ -16,15 +16,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(PropertyList, keepsItsKindsApart) {
-  const std::vector<PropertyList> ones{{true},           {std::int64_t{1}}, {std::uint64_t{1}},
-                                       {std::int8_t{1}}, {std::uint8_t{1}}, {1.0},
-                                       {1.0F},           {String("1")}};
-  for (std::size_t i = 0; i < ones.size(); ++i) {
-    for (std::size_t j = 0; j < ones.size(); ++j) EXPECT_EQ(ones[i] == ones[j], i == j) << i << " and " << j;
-  }
-}
-
 // A storage whose other processes are this test.
 class SharedStorage final : public DefaultsStorage {
  public:

@@ -101,6 +101,16 @@ TEST_F(ViewGraphTest, stateBelongsToItsPlaceAndOutlivesTheViews) {
   EXPECT_THAT(labels(), ElementsAre("first 2", "second 0"));
 }
 
+TEST_F(ViewGraphTest, tellsOnceOfEachEvaluationWhenItIsRendered) {
+  std::vector<std::string> order;
+  graph.setRender([&](const auto&) { order.emplace_back("rendered"); });
+  const auto telling = graph.evaluations().sink([&](const Void&) { order.emplace_back("told"); });
+  press(0);
+  press(1);
+  turn();
+  EXPECT_THAT(order, ElementsAre("rendered", "rendered", "told"));
+}
+
 TEST_F(ViewGraphTest, anotherIdentityStartsAfreshInTheSamePlace) {
   press(1);
   turn();

@@ -145,15 +145,8 @@ TEST(Bridges, nativeValuesPassUnchanged) {
   expectStoredAs(std::map<String, double>{{"a", 0.5}}, {PropertyList::Dictionary{{"a", {0.5}}}});
   EXPECT_TRUE((isNativelySupported<std::unordered_map<String, std::optional<int>>>));
   EXPECT_FALSE((isNativelySupported<std::map<int, int>>));
-}
-
-TEST(Bridges, numbersAreReadWhereTheirValueIsKept) {
-  EXPECT_EQ(fromSerializable<std::uint8_t>({std::int64_t{255}}), 255);
-  EXPECT_EQ(fromSerializable<std::uint8_t>({std::int64_t{256}}), std::nullopt);
-  EXPECT_EQ(fromSerializable<std::uint64_t>({std::int64_t{-1}}), std::nullopt);
-  EXPECT_EQ(fromSerializable<float>({0.1F}), 0.1F);
-  EXPECT_EQ(fromSerializable<float>({0.1}), std::nullopt);
   EXPECT_EQ(fromSerializable<double>({std::int64_t{2}}), 2.0);
+  EXPECT_EQ(fromSerializable<float>({0.1}), std::nullopt);
   EXPECT_EQ(fromSerializable<int>({true}), std::nullopt);
 }
 
@@ -284,14 +277,11 @@ using BridgesInTheStoreTest = SettingsTest;
 
 TEST_F(BridgesInTheStoreTest, richValuesComeBackFromTheSuite) {
   const Defaults::Key<Theme> theme("theme", Theme::system);
-  const Defaults::Key<std::vector<Point>> points("points", {});
   const Defaults::Key<std::set<std::int8_t>> small("small", {});
   EXPECT_EQ(stored("theme"), text("system"));
   defaults[theme] = Theme::dark;
-  defaults[points] = {{1, 2}};
   defaults[small] = {std::int8_t{3}};
   EXPECT_EQ(defaults[theme], Theme::dark);
-  EXPECT_EQ(defaults[points].get(), (std::vector<Point>{{1, 2}}));
   EXPECT_EQ(stored("small"), list({{std::int64_t{3}}}));  // Suites know one width.
   EXPECT_EQ(defaults[small].get(), (std::set<std::int8_t>{3}));
   testing::internal::CaptureStdout();

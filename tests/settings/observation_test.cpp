@@ -207,19 +207,6 @@ TEST_F(ObservationTest, withoutPropagationSilencesThisThreadOnly) {
   EXPECT_THAT(seen, SizeIs(3));
 }
 
-TEST_F(ObservationTest, deliversOnTheThreadThatWrites) {
-  std::thread::id delivered;
-  const auto observation = Defaults::observe(
-      count, {}, [&](const Defaults::KeyChange<int>&) { delivered = std::this_thread::get_id(); });
-  std::thread::id writing;
-  std::thread([&] {
-    writing = std::this_thread::get_id();
-    defaults[count] = 1;
-  }).join();
-  EXPECT_EQ(delivered, writing);
-  EXPECT_NE(delivered, std::this_thread::get_id());
-}
-
 // Of use under the thread sanitizer above all.
 TEST_F(ObservationTest, mayComeAndGoWhileAnotherThreadWrites) {
   std::atomic<bool> isOver = false;

@@ -40,15 +40,6 @@ TEST_F(UpdatesTest, everyWriteArrivesInOrderHoweverLateItIsTaken) {
   EXPECT_EQ((std::vector(values.end() - 2, values.end())), (std::vector{5, 7}));
 }
 
-TEST_F(UpdatesTest, withoutTheInitialValueOnlyWritesArrive) {
-  const Task task = collect(Defaults::updates(number, false), &values);
-  runLoop();
-  EXPECT_THAT(values, IsEmpty());
-  defaults[number] = 1;
-  runLoop();
-  EXPECT_THAT(values, ElementsAre(1));
-}
-
 TEST_F(UpdatesTest, severalKeysHaveOneInitialElement) {
   const Defaults::Key<bool> a("a", false), b("b", false);
   int elements = 0;

@@ -1,6 +1,7 @@
 #include "backends/linux/defaults_file.h"
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <utility>
 
@@ -88,11 +89,15 @@ class FileDefaultsStorage::Follower : public std::enable_shared_from_this<FileDe
     handler_ = std::move(handler);
   }
 
+  // On any thread: whether the system refused to watch the file.
+  bool isDeaf() const { return isDeaf_; }
+
  private:
   // Holds the lock, so that only the handler itself can take the handler away while it is under way; should
   // it end the storage and let the loop turn, this stays until it returns.
   void tell() {
     const auto alive = shared_from_this();
+    isDeaf_ = !watch_->isWatching();
     const std::lock_guard lock(mutex_);
     if (const std::function<void()> handler = handler_) handler();
   }
@@ -102,6 +107,7 @@ class FileDefaultsStorage::Follower : public std::enable_shared_from_this<FileDe
   std::recursive_mutex mutex_;
   std::function<void()> handler_;
   std::unique_ptr<FileWatch> watch_;
+  std::atomic<bool> isDeaf_ = false;
 };
 
 FileDefaultsStorage::FileDefaultsStorage(std::filesystem::path file, Report report, RunLoop* loop)
@@ -147,6 +153,8 @@ void FileDefaultsStorage::change(const String& key, std::optional<PropertyList> 
 }
 
 std::vector<String> FileDefaultsStorage::takeForeignChanges() {
+  const bool isDeaf = follower_ && follower_->isDeaf();
+  if (isDeaf && !std::exchange(isDeafnessReported_, true)) report({Kind::unwatched});
   StorageResult<std::optional<std::string>> xml = readSharedFile(file_, kReadLimit);
   if (!xml) return reportOnce(xml.failure()), std::vector<String>();
   if (!understand(std::move(*xml))) return reportOnce({Kind::damaged}), std::vector<String>();

@@ -35,7 +35,8 @@ class FileDefaultsStorage final : public DefaultsStorage {
   using Report = std::function<void(const StorageFailure&)>;
 
   // Calls the handler of foreign changes on `loop`, whatever thread this object is used on: once after it was
-  // set, and then whenever the file may have changed (`FileWatch`). Never calls it without a loop.
+  // set, and then whenever the file may have changed (`FileWatch`). Never calls it without a loop. Where the
+  // system refuses the watch, the next taking of foreign changes reports it.
   explicit FileDefaultsStorage(std::filesystem::path file, Report report = {}, RunLoop* loop = nullptr);
   FileDefaultsStorage(const FileDefaultsStorage&) = delete;
   FileDefaultsStorage& operator=(const FileDefaultsStorage&) = delete;
@@ -70,8 +71,9 @@ class FileDefaultsStorage final : public DefaultsStorage {
   PropertyList::Dictionary stored_;
   bool hasNews_ = false;  // Some of `stored_` is of another process and not yet in `contents_`.
   Changes unsaved_;
-  Changes unfit_;                          // Those that the file cannot hold.
-  std::vector<StorageFailure> lasting_;    // Reported, until file and memory are in step again.
+  Changes unfit_;                        // Those that the file cannot hold.
+  std::vector<StorageFailure> lasting_;  // Reported, until file and memory are in step again.
+  bool isDeafnessReported_ = false;
   std::shared_ptr<RunLoop::Inbox> inbox_;  // Null without a loop, as the follower.
   std::shared_ptr<Follower> follower_;
 };

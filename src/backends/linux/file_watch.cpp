@@ -48,7 +48,7 @@ void FileWatch::watch() {
   for (int round = 0; round < kRounds; ++round) {
     if (watchPlaces() && places() == watched_) break;
   }
-  if (directories_.descriptor() < 0) return;
+  if (!isWatching()) return;
   events_ = loop_.watchDescriptor(directories_.descriptor(), [this] { look(); });
 }
 

@@ -18,13 +18,15 @@ namespace tarnix::linux_desktop {
 // link, the directory of its target too. While such a directory is missing, the nearest one above it is
 // watched in its place. A directory further up that is renamed goes unnoticed.
 //
-// Without inotify it tells nothing.
+// Without inotify it tells nothing, and says so by `isWatching`.
 class FileWatch {
  public:
   // `changed` is called from the loop, and may change the file and end the watch.
   FileWatch(RunLoop& loop, const std::filesystem::path& file, std::function<void()> changed);
   FileWatch(const FileWatch&) = delete;
   FileWatch& operator=(const FileWatch&) = delete;
+
+  bool isWatching() const { return directories_.descriptor() >= 0; }
 
  private:
   // What is watched, and which name matters there.

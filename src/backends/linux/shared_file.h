@@ -24,6 +24,7 @@ struct StorageFailure {
     damaged,          // The contents were none of the format and were set aside.
     unrepresentable,  // The format has no form for a value.
     tooLarge,         // A value does not fit the format's limit.
+    unwatched,        // The system watches no file for us, so that what others change goes unnoticed.
   };
   Kind kind;
   int systemError = 0;  // As in `errno`; 0 when the system did not refuse anything.

@@ -78,6 +78,8 @@ int Application::run() { return QApplication::exec(); }
 
 void Application::quit() { QCoreApplication::quit(); }
 
+bool Application::isListeningForSignals() const { return impl_->termination.isListening(); }
+
 void Application::setColorScheme(ColorScheme scheme) {
   impl_->forcedScheme = scheme;
   impl_->applyPalette();

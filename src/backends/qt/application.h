@@ -19,6 +19,8 @@ class Application {
   // Runs until `quit` or until the last window is closed. The exit status of the program.
   int run();
   void quit();
+  // False where the system refused it: a signal then ends the program at once, and nothing is put in order.
+  bool isListeningForSignals() const;
 
   // Overrides the desktop's colour scheme.
   void setColorScheme(ColorScheme scheme);

@@ -12,6 +12,7 @@
 #include "backends/linux/poll_driver.h"
 #include "backends/linux/property_list_writer.h"
 #include "backends/linux/temporary_directory.h"
+#include "support/descriptor_limit.h"
 
 namespace tarnix::linux_desktop {
 namespace {
@@ -169,13 +170,22 @@ TEST_F(DefaultsFollowingTest, whatIsNoFileOfOursChangesNothingAndIsReportedOnce)
   EXPECT_THAT(changed_, IsEmpty());
 }
 
-TEST_F(DefaultsFollowingTest, followsALinkedFile) {
-  std::filesystem::create_directories(file_.parent_path());
-  std::filesystem::create_symlink("../dotfiles/settings.plist", file_);
-  follow();
-  FileDefaultsStorage(directory_ / "dotfiles" / "settings.plist").setObject("theirs", number(1));
-  EXPECT_TRUE(driver_.runUntil([&] { return !changed_.empty(); }, 5s));
-  EXPECT_THAT(changed_, ElementsAre("theirs"));
+TEST_F(DefaultsFollowingTest, aRefusedWatchIsReportedOnce) {
+  storage_.emplace(
+      file_, [this](const StorageFailure& failure) { reports_.push_back(failure.kind); }, &loop_);
+  int looks = 0;
+  storage_->setForeignChangeHandler([&looks] { ++looks; });
+  {
+    RunLoop& loop = loop_;
+    const test::DescriptorLimit limit;
+    loop.runDue();
+  }
+  EXPECT_EQ(looks, 1);
+  for (int taking = 0; taking < 2; ++taking) {
+    storage_->takeForeignChanges();
+    storage_->setObject("own", number(taking));
+    EXPECT_THAT(reports_, ElementsAre(Kind::unwatched));
+  }
 }
 
 TEST_F(DefaultsFollowingTest, looksByHandWithoutALoop) {

@@ -2,12 +2,12 @@
 
 #include <gmock/gmock.h>
 #include <poll.h>
-#include <sys/resource.h>
 
 #include <chrono>
 
 #include "backends/linux/poll_driver.h"
 #include "backends/linux/temporary_directory.h"
+#include "support/descriptor_limit.h"
 
 namespace tarnix::linux_desktop {
 namespace {
@@ -137,25 +137,21 @@ TEST_F(FileWatchTest, endsWithItsObjectAndMayBeEndedFromWithin) {
   EXPECT_FALSE(isAwake());
 }
 
-// Starts a watch while the process may open nothing. Touches nothing with a table of virtual functions
-// meanwhile, since the sanitizer opens a pipe to look at such a table.
-std::unique_ptr<FileWatch> watchWithoutDescriptors(RunLoop& loop, const path& file, int& calls) {
-  rlimit former{};
-  ::getrlimit(RLIMIT_NOFILE, &former);
-  const rlimit lowered{0, former.rlim_max};
-  ::setrlimit(RLIMIT_NOFILE, &lowered);
-  auto watch = std::make_unique<FileWatch>(loop, file, [&calls] { ++calls; });
-  ::setrlimit(RLIMIT_NOFILE, &former);
-  return watch;
-}
-
 // As when the user's share of watches is used up.
 TEST_F(FileWatchTest, doesNothingWhereTheSystemRefuses) {
-  watch_ = watchWithoutDescriptors(loop_, file_, calls_);
+  std::unique_ptr<FileWatch> refused;
+  int calls = 0;
+  {
+    RunLoop& loop = loop_;
+    const path& file = file_;
+    const test::DescriptorLimit limit;
+    refused = std::make_unique<FileWatch>(loop, file, [&calls] { ++calls; });
+  }
+  EXPECT_FALSE(refused->isWatching());
   EXPECT_TRUE(loop_.watchedDescriptors().empty());
   writeFile(file_, "unnoticed");
-  driver_.runUntil([&] { return calls_ > 0; }, 10ms);
-  EXPECT_EQ(calls_, 0);
+  driver_.runUntil([&] { return calls > 0; }, 10ms);
+  EXPECT_EQ(calls, 0);
 }
 
 }  // namespace

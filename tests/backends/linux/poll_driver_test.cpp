@@ -139,6 +139,9 @@ TEST_F(PollDriverTest, aTaskThatComesBetweenTwoTurnsIsFoundByTheNext) {
   const RunLoop::Instant start = loop_.now();
   EXPECT_TRUE(driver_.runUntil([&] { return done == 1; }, 20s));
   EXPECT_LT(loop_.now() - start, 15s);
+  int turns = 0;
+  driver_.runUntil([&] { return ++turns == 10; }, 20ms);
+  EXPECT_LT(turns, 10) << "it sleeps again";
 }
 
 TEST_F(PollDriverTest, driversMayComeAndGoWhileOthersPostTasks) {

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include "backends/linux/property_list_reader.h"
@@ -30,57 +29,6 @@ PropertyList nestedArrays(std::size_t depth) {
   PropertyList list{PropertyList::Array()};
   for (std::size_t i = 1; i < depth; ++i) list = PropertyList{PropertyList::Array{std::move(list)}};
   return list;
-}
-
-// One value of every kind with its extremes, and everything within another.
-PropertyList everyKind() {
-  constexpr auto kSmallest = std::numeric_limits<std::int64_t>::min();
-  constexpr auto kLargest = std::numeric_limits<std::uint64_t>::max();
-  using Real = std::numeric_limits<double>;
-  PropertyList::Data everyByte;
-  for (int i = 0; i < 256; ++i) everyByte.push_back(static_cast<std::uint8_t>(i));
-  const PropertyList::Array numbers = {{true},
-                                       {false},
-                                       {std::int64_t{1}},
-                                       {1.0},
-                                       {String("1")},
-                                       {kSmallest},
-                                       {kLargest},
-                                       {Real::max()},
-                                       {Real::denorm_min()},
-                                       {-0.0},
-                                       {0.1},
-                                       {1e300},
-                                       {Real::infinity()},
-                                       {-Real::infinity()}};
-  const PropertyList::Array texts = {{String()},
-                                     {String("  kept  ")},
-                                     {String("a&b<c>]]>\"'")},
-                                     {String("line\r\nnext\rlast\ttab\n")},
-                                     {String("\u00e9\u4e2d\U0001f600\x7f")}};
-  const PropertyList::Array datas = {
-      {PropertyList::Data()}, {PropertyList::Data{0}}, {PropertyList::Data{1, 2}}, {everyByte}};
-  const PropertyList::Array dates = {{Date{}},
-                                     {Date{Date::Interval(-1)}},
-                                     {Date{Date::Interval(252423993599.0)}},
-                                     {Date{Date::Interval(-63145526400.0)}}};
-  const PropertyList::Dictionary empties = {
-      {"array", {PropertyList::Array()}}, {"dictionary", {PropertyList::Dictionary()}}, {"", {false}}};
-  return {PropertyList::Dictionary{{"numbers", {numbers}},
-                                   {"texts", {texts}},
-                                   {"data <&\r>", {datas}},
-                                   {"dates", {dates}},
-                                   {"empty", {empties}}}};
-}
-
-TEST(XMLPropertyList, everyKindComesBackAsItWas) {
-  const PropertyList original = everyKind();
-  const std::optional<std::string> xml = xmlPropertyList(original);
-  ASSERT_TRUE(xml);
-  EXPECT_EQ(readXMLPropertyList(*xml).value, original);
-  const auto negativeZero = valueOf("<real>-0</real>");
-  EXPECT_TRUE(std::signbit(*negativeZero->as<double>()));
-  EXPECT_TRUE(std::isnan(*valueOf("<real>nan</real>")->as<double>()));
 }
 
 TEST(XMLPropertyList, isWrittenInTheOrderOfItsKeysWithTabs) {
@@ -125,6 +73,7 @@ TEST(XMLPropertyList, takesTheFormsThatOtherProgramsWrite) {
   EXPECT_EQ(valueOf("<true></true>"), PropertyList{true});
   EXPECT_EQ(valueOf(" <!-- note --> <integer>+007</integer>\n"), PropertyList{std::int64_t{7}});
   EXPECT_EQ(valueOf("<real>2.E+1</real>"), PropertyList{20.0});
+  EXPECT_TRUE(std::isnan(*valueOf("<real>nan</real>")->as<double>()));
   EXPECT_EQ(valueOf("<data>\n\tAQ\n\tI=\n</data>"), (PropertyList{PropertyList::Data{1, 2}}));
   EXPECT_EQ(valueOf("<string>a<![CDATA[<b>]]>&#x41;</string>"), PropertyList{String("a<b>A")});
   EXPECT_EQ(
@@ -170,6 +119,9 @@ TEST(XMLPropertyList, refusesOtherStructures) {
                                 "<true/><true/>",
                                 "<key>a</key>",
                                 "<plist/>",
+                                "<plist><true/></plist>",
+                                "<array><plist><true/></plist></array>",
+                                "<dict><key>a</key><plist><true/></plist></dict>",
                                 "<string><true/></string>",
                                 "<dict><true/></dict>",
                                 "<dict><key>a</key></dict>",
@@ -230,7 +182,11 @@ TEST(XMLPropertyList, namesTheLineOfTheFault) {
 // A document cut off anywhere before its last tag is a fault; a changed byte may leave a document, but never
 // does harm. (The fuzz target does far more of this.)
 TEST(XMLPropertyList, survivesDamageAtEveryByte) {
-  const std::string xml = xmlPropertyList(everyKind()).value_or("");
+  const std::string xml =
+      xmlPropertyList({PropertyList::Dictionary{{"a&b", {PropertyList::Array{{0.1}, {String("<text>")}}}},
+                                                {"c", {PropertyList::Data{1, 2}}},
+                                                {"d", {Date()}}}})
+          .value_or("");
   const std::size_t end = xml.rfind('>');
   for (std::size_t size = 0; size < end; ++size) {
     ASSERT_FALSE(readXMLPropertyList(std::string_view(xml).substr(0, size)).value) << size;

@@ -177,6 +177,9 @@ TEST_F(WorkspaceTest, aWindowClassOutranksTheScopeThatWasInherited) {
   EXPECT_EQ(identifier(), "browser");
   windows_ = {{"BROWSER", ""}};
   EXPECT_EQ(identifier(), "browser");
+  entry("my-tool", "Name=My Tool\n");
+  windows_ = {{"", "My Tool"}};
+  EXPECT_EQ(identifier(), "my-tool");
 }
 
 TEST_F(WorkspaceTest, theInnermostKnownUnitCounts) {

@@ -1,0 +1,27 @@
+#include "backends/qt/termination_signals.h"
+
+#include <gtest/gtest.h>
+
+#include "support/descriptor_limit.h"
+
+namespace tarnix::qt {
+namespace {
+
+TEST(TerminationSignals, areLeftAloneWithoutAPipe) {
+  struct sigaction former {
+  }, present{};
+  sigaction(SIGTERM, nullptr, &former);
+  std::unique_ptr<TerminationSignals> signals;
+  {
+    const test::DescriptorLimit limit;
+    signals = std::make_unique<TerminationSignals>([] {});
+  }
+  EXPECT_FALSE(signals->isListening());
+  sigaction(SIGTERM, nullptr, &present);
+  EXPECT_EQ(present.sa_handler, former.sa_handler);
+  signals.reset();
+  EXPECT_TRUE(TerminationSignals([] {}).isListening());
+}
+
+}  // namespace
+}  // namespace tarnix::qt
