@@ -45,13 +45,14 @@ TEST_F(CopiesTest, byProgramsOfAllKindsAreTheTopRow) {
   expectOnTop(window, "from xclip");
   ASSERT_TRUE(runIntoBackground({"xsel", "--clipboard", "--input"}, "from xsel"));
   expectOnTop(window, "from xsel");
-  start({"/usr/bin/python3", TARNIX_GTK_COPY, "--text", "from GTK"});
-  expectOnTop(window, "from GTK");
+  start({"/usr/bin/python3", TARNIX_GTK_COPY, "--text", "from GTK\nas it is"});
+  expectOnTop(window, "from GTK\nas it is");
   start({TARNIX_QT_COPY, "from Qt"});
   expectOnTop(window, "from Qt");
   ASSERT_TRUE(copyWithXclip("from xclip"));
   expectOnTop(window, "from xclip");
-  EXPECT_THAT(window.titles(), ElementsAre("from xclip", "from Qt", "from GTK", "from xsel", "from xclip"));
+  EXPECT_THAT(window.titles(),
+              ElementsAre("from xclip", "from Qt", "from GTK\nas it is", "from xsel", "from xclip"));
 }
 
 TEST_F(CopiesTest, ofFilesAreOneClipAndAnEmptiedClipboardIsNone) {
@@ -59,7 +60,8 @@ TEST_F(CopiesTest, ofFilesAreOneClipAndAnEmptiedClipboardIsNone) {
   const std::vector<std::string> files = {home() / "a b.txt", home() / "c.txt", home() / "d.txt"};
   for (const auto& file : files) std::ofstream(file) << "content";
   start({"/usr/bin/python3", TARNIX_GTK_COPY, files[0], files[1], files[2]});
-  ASSERT_TRUE(eventually([&] { return window.detailText() == files[0]; })) << window.tree();
+  ASSERT_TRUE(eventually([&] { return window.detailText() == files[0] + "\n" + files[1] + "\n" + files[2]; }))
+      << window.tree();
   EXPECT_EQ(window.rowCount(), 1U);
 
   Process& owner = copyWithScriptedOwner({"empty"});
@@ -82,8 +84,7 @@ TEST_F(CopiesTest, areLostWhileInactiveAndTheSwitchIsRemembered) {
   ASSERT_TRUE(window.flip("Active")) << window.tree();
   ASSERT_TRUE(eventually([&] { return window.isOn("Active") == false; }));
   Process& owner = copyWithScriptedOwner({"good", "--text", "lost"});
-  ASSERT_TRUE(owner.waitForLine("request text/plain;charset=utf-8", 5s))
-      << "what is passed over is read all the same";
+  ASSERT_TRUE(owner.waitForLine("request UTF8_STRING", 5s)) << "what is passed over is read all the same";
   ASSERT_TRUE(copyWithXclip("last before the end"));
   ASSERT_EQ(closeProgram(), 0);
 
@@ -95,6 +96,23 @@ TEST_F(CopiesTest, areLostWhileInactiveAndTheSwitchIsRemembered) {
   ASSERT_TRUE(window.flip("Active"));
   ASSERT_TRUE(eventually([&] { return window.isOn("Active") == true; }));
   expectAfterMarker(window, {"last before the end"});
+}
+
+TEST_F(CopiesTest, fromBeforeTheStartAreTheSeedHoweverLateTheyCome) {
+  copyWithScriptedOwner({"late", "--delay", "400", "--text", "early"});
+  WindowReader window = openProgram();
+  const auto expectSeed = [&] {
+    ASSERT_TRUE(eventually([&] { return window.rowCount() == 1; })) << window.tree();
+    EXPECT_THAT(window.rows(), ElementsAre(AllOf(Field(&WindowReader::Row::name, "early"),
+                                                 Field(&WindowReader::Row::isSelected, false))));
+  };
+  expectSeed();
+  ASSERT_TRUE(window.flip("Active"));
+  ASSERT_TRUE(eventually([&] { return window.isOn("Active") == false; }));
+  ASSERT_EQ(closeProgram(), 0);
+  window = openProgram();
+  EXPECT_EQ(window.isOn("Active"), false);
+  expectSeed();
 }
 
 TEST_F(CopiesTest, canBeSearchedPickedAndCleared) {

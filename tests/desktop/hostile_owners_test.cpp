@@ -32,19 +32,11 @@ TEST_P(HostileOwnersTest, doNotKeepTheNextCopyOut) {
   EXPECT_TRUE(program().isRunning());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Modes, HostileOwnersTest,
-    ::testing::Values(Hostility{"never", {"never"}}, Hostility{"targetsOnly", {"targets-only"}},
-                      Hostility{"incrStall", {"incr-stall"}},
-                      Hostility{"incrStallsLater", {"incr-stall", "--chunks", "2"}},
-                      Hostility{"drip", {"drip"}}, Hostility{"diesOnTargets", {"die-on-targets"}},
-                      Hostility{"diesOnData", {"die-on-data"}}, Hostility{"diesInIncr", {"die-in-incr"}},
-                      Hostility{"wrongType", {"wrong-type"}}, Hostility{"wrongFormat", {"wrong-format"}},
-                      Hostility{"wrongTargets", {"wrong-targets"}},
-                      Hostility{"manyTargets", {"many-targets"}},
-                      Hostility{"invalidAtoms", {"invalid-atoms"}}, Hostility{"longNames", {"long-names"}},
-                      Hostility{"late", {"late", "--delay", "1500"}}),
-    [](const auto& suite) { return suite.param.name; });
+INSTANTIATE_TEST_SUITE_P(Modes, HostileOwnersTest,
+                         ::testing::Values(Hostility{"never", {"never"}},
+                                           Hostility{"incrStall", {"incr-stall"}},
+                                           Hostility{"manyTargets", {"many-targets"}}),
+                         [](const auto& suite) { return suite.param.name; });
 
 class LateOwnersTest : public DesktopTest {};
 

@@ -39,6 +39,21 @@ class ContentViewTest : public testing::Test {
   std::optional<ContentView> view;
 };
 
+TEST_F(ContentViewTest, whatLayThereBeforeTheStartIsTheSeedHoweverLateItCanBeRead) {
+  copy("early");
+  desktop.setSetting("watching", false);
+  desktop.pasteboard().setUnreadable(true);
+  start();
+  EXPECT_THAT(window().titles(), IsEmpty());
+  desktop.pasteboard().setUnreadable(false);
+  view->takeLateSeed();
+  desktop.advance(300ms);
+  desktop.setSetting("watching", true);
+  copy("next");
+  EXPECT_THAT(window().titles(), ElementsAre("next", "early"));
+  EXPECT_FALSE(clips().front().date || clips().front().sourceAppId);
+}
+
 TEST_F(ContentViewTest, aCopyIsTheTopRowSelectedAndShown) {
   desktop.app("editor").opensWindow();
   start();

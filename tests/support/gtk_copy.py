@@ -15,7 +15,9 @@ from gi.repository import Gdk, Gtk  # noqa: E402
 
 
 def copy_text(window, text):
-    Gtk.selection_add_target(window, Gdk.SELECTION_CLIPBOARD, Gdk.Atom.intern("UTF8_STRING", False), 0)
+    # In the order in which the toolkit offers them itself.
+    for target in "text/plain;charset=utf-8", "UTF8_STRING":
+        Gtk.selection_add_target(window, Gdk.SELECTION_CLIPBOARD, Gdk.Atom.intern(target, False), 0)
     window.connect("selection-get", lambda _, selection, *__: selection.set_text(text, -1))
 
 

@@ -2,8 +2,10 @@
 
 #include <xcb/xproto.h>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include "backends/x11/connection.h"
 #include "backends/x11/request_batch.h"
@@ -15,6 +17,18 @@ namespace tarnix::x11 {
 // called at all where the server can't tell.
 void askProcess(RequestBatch& batch, const Connection& connection, xcb_window_t window,
                 std::function<void(std::optional<std::uint32_t>)> answered);
+
+// A client of the display, and the process at its other end. Identifiers of clients are given anew as soon as
+// one ends; together with the process they are not.
+struct ClientProcess {
+  std::uint32_t client = 0;
+  std::uint32_t process = 0;
+  friend bool operator==(const ClientProcess&, const ClientProcess&) = default;
+};
+
+// Asks for all clients on this machine. None where the server can't tell.
+void askClients(RequestBatch& batch, const Connection& connection,
+                std::function<void(std::vector<ClientProcess>)> answered);
 
 // What all windows of one client have in common.
 std::uint32_t clientOf(const Connection& connection, xcb_window_t window);

@@ -1,11 +1,7 @@
 #include "backends/x11/ownership.h"
 
-#include <xcb/res.h>
-
 #include <algorithm>
 #include <utility>
-
-#include "backends/x11/client_process.h"
 
 namespace tarnix::x11 {
 
@@ -15,7 +11,7 @@ Ownership::Ownership(std::shared_ptr<Connection> connection,
       client_(clientOf(*connection_, change.owner)),
       time_(change.timestamp),
       batch_(connection_) {
-  askForClients();
+  askClients(batch_, *connection_, [this](std::vector<ClientProcess> all) { clients_ = std::move(all); });
   if (change.owner == XCB_WINDOW_NONE) return;
   const auto manager = xcb_get_selection_owner(connection_->xcb(), connection_->atoms()["CLIPBOARD_MANAGER"]);
   batch_.ask<xcb_get_selection_owner_reply_t>(manager, [this](const auto* reply) {
@@ -28,20 +24,19 @@ Ownership::Ownership(std::shared_ptr<Connection> connection,
   });
 }
 
-void Ownership::askForClients() {
-  if (!connection_->firstEvent(xcb_res_id)) return;
-  batch_.ask<xcb_res_query_clients_reply_t>(
-      xcb_res_query_clients(connection_->xcb()), [this](const auto* reply) {
-        if (reply == nullptr) return;
-        const xcb_res_client_t* const first = xcb_res_query_clients_clients(reply);
-        std::for_each(first, first + xcb_res_query_clients_clients_length(reply),
-                      [this](const xcb_res_client_t& each) { clients_.push_back(each.resource_base); });
-      });
+std::optional<ClientProcess> Ownership::owner() const {
+  const auto found = std::ranges::find(clients_, client_, &ClientProcess::client);
+  return found == clients_.end() ? std::nullopt : std::optional(*found);
+}
+
+bool Ownership::isOfSameClientAs(const Ownership& other) const {
+  return client_ == other.client_ && owner() == other.owner();
 }
 
 bool Ownership::hasWitnessed(const Ownership& former) const {
   const auto& present = former.clients_;
-  return present.empty() || std::find(present.begin(), present.end(), client_) != present.end();
+  const auto self = owner();
+  return present.empty() || (self && std::ranges::find(present, *self) != present.end());
 }
 
 }  // namespace tarnix::x11

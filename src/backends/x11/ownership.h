@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "backends/x11/client_process.h"
 #include "backends/x11/connection.h"
 #include "backends/x11/request_batch.h"
 #include "platform/foundation/string.h"
@@ -31,7 +32,7 @@ class Ownership {
 
   // Whether it came within `limit`, in milliseconds of the server's clock, after a former one.
   bool follows(const Ownership& former, std::uint32_t limit) const { return time_ - former.time_ <= limit; }
-  bool isOfSameClientAs(const Ownership& other) const { return client_ == other.client_; }
+  bool isOfSameClientAs(const Ownership& other) const;
   // The owner offers to keep what other programs leave behind.
   bool isManager() const { return isManager_; }
   // Whether the owner was on the display already when `former` began, and so may have been watching.
@@ -40,13 +41,14 @@ class Ownership {
   std::optional<String> source() const { return source_ ? source_() : std::nullopt; }
 
  private:
-  void askForClients();
+  // By what the server knew at that moment; absent where it could not tell.
+  std::optional<ClientProcess> owner() const;
 
   std::shared_ptr<Connection> connection_;
   std::uint32_t client_;
   xcb_timestamp_t time_;
   bool isManager_ = false;
-  std::vector<std::uint32_t> clients_;  // All on the display; none where the server can't tell.
+  std::vector<ClientProcess> clients_;  // All on the display; none where the server can't tell.
   std::function<std::optional<String>()> source_;
   RequestBatch batch_;
 };

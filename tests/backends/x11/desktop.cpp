@@ -31,8 +31,8 @@ bool Desktop::runUntil(const std::function<bool()>& condition, RunLoop::Duration
   return driver.runUntil(check, limit);
 }
 
-void Desktop::open() {
-  auto opened = Session::open(server.display(), loop);
+void Desktop::open(const FetchLimits& limits) {
+  auto opened = Session::open(server.display(), loop, limits);
   ASSERT_TRUE(opened) << opened.error().detail;
   session = std::move(*opened);
   pasteboard = session->pasteboard();

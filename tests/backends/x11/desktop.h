@@ -22,7 +22,8 @@ class Desktop : public ::testing::Test {
   static constexpr std::chrono::seconds kLimit{20};
 
   void SetUp() override { open(); }
-  void open();
+  // Owners get less time than from the program, so that no test has to wait for it.
+  void open(const FetchLimits& limits = {std::chrono::seconds(1), std::chrono::seconds(5)});
 
   // Notes for how long the turns of the loop have used the processor: the longest one and all together.
   bool runUntil(const std::function<bool()>& condition, RunLoop::Duration limit = kLimit);

@@ -2,6 +2,7 @@
 
 #include "backends/x11/desktop.h"
 #include "backends/x11/peer.h"
+#include "capture/clipboard_item.h"
 
 namespace tarnix::x11 {
 namespace {
@@ -59,6 +60,25 @@ TEST_F(PasteboardReading, knowsWhatWasCopiedBeforeTheStart) {
   pasteboard.reset();
   open();
   EXPECT_EQ(text(), "early");
+  EXPECT_EQ(pasteboard->changeCount(), 0);
+}
+
+// Owners that are slow but alive are waited for, and what was there before the start is no change by anybody.
+TEST_F(PasteboardReading, waitsForSlowOwnersFromTheStartOn) {
+  session.reset();
+  pasteboard.reset();
+  owner({"late", "--delay", "1100", "--text", "early"});
+  auto opened = Session::open(server.display(), loop);
+  session = std::move(*opened);
+  pasteboard = session->pasteboard();
+  EXPECT_FALSE(pasteboard->awaitFirstSnapshot(50ms));
+  int arrivals = 0;
+  pasteboard->setFirstContentCame([&] { ++arrivals; });
+  ASSERT_TRUE(runUntil([&] { return arrivals > 0; }));
+  EXPECT_EQ(text(), "early");
+  EXPECT_EQ(pasteboard->changeCount(), 0);
+  EXPECT_EQ(pasteboard->stringForType({"org.nspasteboard.source"}), std::nullopt);
+  ASSERT_TRUE(copyText("next"));
   EXPECT_EQ(pasteboard->changeCount(), 1);
 }
 
@@ -98,7 +118,7 @@ TEST_F(PasteboardReading, asksForEachRepresentationOnceAndForNothingElse) {
   EXPECT_EQ(items()[0]->stringForType({"public.html"}), std::nullopt);
   settle();
   EXPECT_EQ(program.readAll(200ms),
-            "request TARGETS\nrequest text/plain;charset=utf-8\nrequest text/uri-list\nrequest text/rtf\n"
+            "request TARGETS\nrequest UTF8_STRING\nrequest text/uri-list\nrequest text/rtf\n"
             "request org.nspasteboard.source\n");
 }
 
@@ -108,9 +128,12 @@ TEST_F(PasteboardReading, readsEachEncodingByTheTypeOfTheAnswer) {
       {{{"STRING", {"STRING", 8, "caf\xE9"}}}, "café"},
       {{{"STRING", {"UTF8_STRING", 8, "th\xC3\xA9"}}}, "thé"},
       {{{"TEXT", {"COMPOUND_TEXT", 8, "caf\xE9"}}}, "café"},
-      {{{"COMPOUND_TEXT", {"COMPOUND_TEXT", 8, "\x1B$(B0l"}}}, "(no text)"},
-      {{{"text/plain;charset=utf-16", {"text/plain;charset=utf-16", 8, std::string("\xFE\xFF\0H\0i", 6)}}},
+      {{{"COMPOUND_TEXT", {"COMPOUND_TEXT", 8, "\x1B$(B0l"}}}, "一"},
+      {{{"text/plain;charset=UTF-16", {"text/plain;charset=UTF-16", 8, std::string("\xFE\xFF\0H\0i", 6)}}},
        "Hi"},
+      {{{"text/unicode", {"text/unicode", 8, std::string("H\0o\0", 4)}}}, "Ho"},
+      {{{"text/plain", {"text/plain", 8, "sch\xF6n"}}, {"STRING", {"STRING", 8, "better"}}}, "better"},
+      {{{"text/plain", {"text/plain", 8, "sch\xF6n"}}}, "schön"},
       // The best that is offered is taken, and the next best when it does not come.
       {{{"UTF8_STRING", {"UTF8_STRING", 8, "best"}}, {"STRING", {"STRING", 8, "worse"}}}, "best"},
       {{{"UTF8_STRING", {"PIXMAP", 8, "lie"}}, {"STRING", {"STRING", 8, "honest"}}}, "honest"},
@@ -120,7 +143,9 @@ TEST_F(PasteboardReading, readsEachEncodingByTheTypeOfTheAnswer) {
   for (const auto& [answers, expected] : cases) {
     ASSERT_TRUE(offer(peer, answers));
     EXPECT_EQ(text(), expected) << answers.begin()->first;
-    EXPECT_EQ(types().size(), 1U);
+    const ClipboardItem clip = ClipboardItem::capture({items().front()}, std::nullopt);
+    EXPECT_EQ(clip.possibleText.has_value(), expected != "(no text)");
+    EXPECT_EQ(clip.title, expected == "(no text)" ? "Unknown" : expected);
   }
 }
 
@@ -138,6 +163,19 @@ TEST_F(PasteboardReading, takesListsOfFilesInEveryDress) {
   ASSERT_EQ(items().size(), 1U);
   EXPECT_EQ(text(), "/a");
 
+  ASSERT_TRUE(offer(peer, {{"text/uri-list", {"text/uri-list", 8, ""}},
+                           {"x-special/gnome-copied-files",
+                            {"x-special/gnome-copied-files", 8, "copy\nfile:///b\nfile:///d"}}}));
+  EXPECT_EQ(path(0), "/b") << "an empty list hides no other";
+  EXPECT_EQ(text(), "/b\n/d") << "who offers no text is understood by the paths";
+  EXPECT_THAT(types(), ElementsAre("public.file-url", "public.utf8-plain-text"));
+
+  std::string manyFiles;
+  for (int i = 0; i < 30'000; ++i)
+    manyFiles += "file:///" + std::string(100, 'x') + std::to_string(i) + "\r\n";
+  ASSERT_TRUE(offer(peer, {{"text/uri-list", {"text/uri-list", 8, manyFiles}}}));
+  EXPECT_EQ(items().size(), 30'000U);
+
   ASSERT_TRUE(offer(peer, {{"text/uri-list", {"text/uri-list", 8, "https://example.org/\r\n"}}}));
   ASSERT_EQ(items().size(), 1U);
   EXPECT_THAT(types(), ElementsAre("public.url"));
@@ -149,6 +187,8 @@ TEST_F(PasteboardReading, takesRtfOnlyWhereItIsSome) {
   EXPECT_EQ(pasteboard->stringForType(NSPasteboardTypeRTF), std::nullopt);
   ASSERT_TRUE(offer(peer, {{"text/richtext", {"text/richtext", 8, "{\\rtf1}"}}}));
   EXPECT_EQ(pasteboard->stringForType(NSPasteboardTypeRTF), "{\\rtf1}");
+  ASSERT_TRUE(offer(peer, {{"text/rtf", {"text/rtf", 8, "{\\rtf1 \xE9\xFF}"}}}));
+  EXPECT_EQ(pasteboard->stringForType(NSPasteboardTypeRTF), "{\\rtf1 \u00E9\u00FF}");
 }
 
 TEST_F(PasteboardReading, asksProgramsWithoutTargetsForText) {

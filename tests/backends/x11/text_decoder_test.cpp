@@ -51,7 +51,14 @@ TEST(TextDecoder, readsEveryEncodingHoweverItIsCut) {
       {TextEncoding::utf16, "\x3D\xD8H\0\x00\xDE\x3D\xD8"sv, "\uFFFDH\uFFFD\uFFFD"},
       {TextEncoding::utf16, "H\0i"sv, "H\uFFFD"},
       {TextEncoding::compoundText, "caf\xE9", "café"},
-      {TextEncoding::compoundText, "abc\x1B$(B0l", "(none)"},
+      {TextEncoding::compoundText, "a\x1B%G\xE2\x82\xAC\x1B%@\xE9", "a€é"},
+      {TextEncoding::compoundText, "\x1B-L\xBF\xE0\x1B-F \xE1", "Пр α"},
+      {TextEncoding::compoundText, "\x1B$(B0l\n\x1B(Bx\x1B$)C\xB0\xA1", "一\nx가"},
+      {TextEncoding::compoundText, "abc\x1B$(Z0l", "(none)"},
+      {TextEncoding::utf8OrLatin1, "\xEF\xBB\xBFsch\xC3\xB6n\0"sv, "schön"},
+      {TextEncoding::utf8OrLatin1, "sch\xF6n \xE2\x82", "sch\u00F6n \u00E2\u0082"},
+      {TextEncoding::utf16LittleEndian, "H\0\xAC\x20"sv, "H€"},
+      {TextEncoding::utf16BigEndian, "\0H\x20\xAC"sv, "H€"},
   };
   for (const Case& each : cases) {
     for (std::size_t pieceSize = 1; pieceSize <= std::max<std::size_t>(each.bytes.size(), 1); ++pieceSize) {

@@ -11,8 +11,9 @@ namespace {
 
 using ::testing::ElementsAre;
 
-std::vector<std::string> typesOf(const std::vector<String>& targets, const TypeMapping::Files& files = {}) {
-  const auto list = TypeMapping().typesOf(targets, files);
+std::vector<std::string> typesOf(const std::vector<String>& targets,
+                                 const TypeMapping::Findings& findings = {}) {
+  const auto list = TypeMapping().typesOf(targets, findings);
   std::vector<std::string> names;
   for (const auto& type : *list) names.push_back(type.rawValue.str());
   return names;
@@ -45,18 +46,21 @@ TEST(TypeMapping, ordersTypesFromRichToPlainAndDropsQuestions) {
 TEST(TypeMapping, tellsFilesFromLinksByWhatTheListHolds) {
   const std::vector<String> targets{"text/plain", "text/uri-list", "x-special/gnome-copied-files"};
   EXPECT_THAT(typesOf(targets), ElementsAre("public.file-url", "public.utf8-plain-text"));
-  EXPECT_THAT(typesOf(targets, {.isUnknown = false, .hasPaths = false, .hasOthers = true}),
+  EXPECT_THAT(typesOf(targets, {.areFilesKnown = true, .hasOtherUris = true}),
               ElementsAre("public.url", "public.utf8-plain-text"));
-  EXPECT_THAT(typesOf(targets, {.isUnknown = false, .hasPaths = true, .hasOthers = true}),
+  EXPECT_THAT(typesOf(targets, {.areFilesKnown = true, .hasPaths = true, .hasOtherUris = true}),
               ElementsAre("public.file-url", "public.url", "public.utf8-plain-text"));
-  EXPECT_THAT(typesOf(targets, {.isUnknown = false}), ElementsAre("public.utf8-plain-text"));
+  EXPECT_THAT(typesOf(targets, {.areFilesKnown = true}), ElementsAre("public.utf8-plain-text"));
+  EXPECT_THAT(typesOf({"text/unicode", "INCR"}, {.hasText = true}),
+              ElementsAre("public.utf16-plain-text", "public.utf8-plain-text"));
+  EXPECT_THAT(typesOf({"text/plain;charset=UTF-16LE"}), ElementsAre("text/plain;charset=UTF-16LE"));
 }
 
 TEST(TypeMapping, carriesUnknownNamesInDynamicIdentifiers) {
   EXPECT_EQ(dynamicIdentifier("Foo"), "dyn.ah62d4rv4gu8yq55t");
   const std::map<std::string, std::string> tags{
       {"chromium/x-source-url", "chromium/x-source-url"},
-      {"application/x;a=b:c?", "application/x;a%3Db%3Ac%3F"},
+      {"a=b:c?", "a%3Db%3Ac%3F"},
       {"50%", "50%25"},
       {"A", "%41"},
       {"AB", "AB"},

@@ -30,6 +30,20 @@ TEST(UriList, neverInventsASlashOrAnEnd) {
   EXPECT_EQ(pathOf("file:///%252F"), "/%2F");
 }
 
+// Cut at every place, since increments end anywhere.
+UriList read(UriListReader::Form form, std::string_view bytes) {
+  std::vector<UriList> lists;
+  for (std::size_t size = 1; size <= bytes.size(); ++size) {
+    UriListReader reader(form);
+    for (std::size_t at = 0; at < bytes.size(); at += size) reader.append(bytes.substr(at, size));
+    lists.push_back(reader.finish());
+    EXPECT_EQ(lists.back(), lists.front()) << "in pieces of " << size;
+  }
+  return lists.front();
+}
+UriList parseUriList(std::string_view bytes) { return read(UriListReader::Form::uriList, bytes); }
+UriList parseCopiedFiles(std::string_view bytes) { return read(UriListReader::Form::copiedFiles, bytes); }
+
 TEST(UriList, readsLinesOfAllKinds) {
   EXPECT_EQ(parseUriList("# remark\r\nfile:///a\r\n\r\nfile:///b \nhttp://c/\r\n"),
             (UriList{.paths = {"/a", "/b"}, .hasOthers = true}));
