@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QMessageBox>
@@ -37,6 +38,17 @@ QMessageBox::ButtonRole messageRole(elements::ButtonRole role) {
   return QMessageBox::AcceptRole;
 }
 
+// The toolkit's dialog copies its texts by the toolkit's clipboard.
+class MessageBox : public QMessageBox {
+ public:
+  using QMessageBox::QMessageBox;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!event->matches(QKeySequence::Copy)) QMessageBox::keyPressEvent(event);
+  }
+};
+
 // A dialog that keeps its window from input while it is open, and nothing else.
 class ConfirmationDialogPresenter : public Presenter {
  public:
@@ -54,9 +66,10 @@ class ConfirmationDialogPresenter : public Presenter {
   const elements::ConfirmationDialog& dialog() const { return *element_->as<elements::ConfirmationDialog>(); }
 
   void open() {
-    box_ = std::make_unique<QMessageBox>(rendering().window);
+    box_ = std::make_unique<MessageBox>(rendering().window);
     box_->setWindowModality(Qt::WindowModal);
     box_->setTextFormat(Qt::PlainText);
+    box_->setTextInteractionFlags(Qt::NoTextInteraction);
     box_->setText(toQString(dialog().title));
     box_->setInformativeText(toQString(dialog().message));
     const QColor warning = box_->palette().color(QPalette::BrightText);
@@ -119,7 +132,7 @@ class ConfirmationDialogPresenter : public Presenter {
   }
 
   const Element* element_ = nullptr;
-  std::unique_ptr<QMessageBox> box_;
+  std::unique_ptr<MessageBox> box_;
   std::vector<QAbstractButton*> buttons_;  // By the position of their elements; owned by the dialog.
 };
 

@@ -1,8 +1,6 @@
 #include "backends/qt/plain_text_view.h"
 
-#include <QClipboard>
 #include <QEvent>
-#include <QGuiApplication>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -11,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "backends/qt/copied_text.h"
 #include "backends/qt/plain_text_accessible.h"
 
 namespace tarnix::qt {
@@ -170,10 +169,7 @@ String PlainTextView::selectedText() const {
 
 void PlainTextView::copy() {
   if (selection().isEmpty()) return;
-  const String copied = selectedText();
-  if (copyHandler_) return copyHandler_(copied);
-  QGuiApplication::clipboard()->setText(
-      QString::fromUtf8(copied.view().data(), static_cast<qsizetype>(copied.size())));
+  copyToPasteboard(selectedText());
 }
 
 const Utf16Index& PlainTextView::positions() {

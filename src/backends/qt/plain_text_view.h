@@ -2,7 +2,6 @@
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
-#include <functional>
 #include <optional>
 
 #include "backends/qt/plain_text_flow.h"
@@ -32,10 +31,8 @@ class PlainTextView : public QAbstractScrollArea {
   void selectAll() { select(0, text().size()); }
   // Shares the bytes of the text when all of it is selected.
   String selectedText() const;
-  // Hands the selected text, unless it is empty, to the handler; to Qt's clipboard when there is none.
+  // Puts the selected text, unless it is empty, on the pasteboard.
   void copy();
-  using CopyHandler = std::function<void(const String& text)>;
-  void setCopyHandler(CopyHandler handler) { copyHandler_ = std::move(handler); }
 
   // Scrolls as little as needed.
   void reveal(std::size_t offset);
@@ -95,7 +92,6 @@ class PlainTextView : public QAbstractScrollArea {
   TextSelection selection_;
   Granularity granularity_ = Granularity::character;
   std::optional<int> motionX_;
-  CopyHandler copyHandler_;
   Utf16Index index_;
   QBasicTimer indexTimer_;
   QBasicTimer autoscroll_;

@@ -1,12 +1,22 @@
 #include "backends/qt/search_field.h"
 
+#include <QAction>
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QShortcut>
+#include <algorithm>
+#include <span>
+#include <utility>
 
+#include "backends/qt/copied_text.h"
 #include "backends/qt/symbol_button.h"
 #include "backends/qt/symbols.h"
+#include "backends/qt/text.h"
+#include "platform/appkit/pasteboard.h"
 
 namespace tarnix::qt {
 namespace {
@@ -34,6 +44,9 @@ SearchField::SearchField(QWidget* parent) : QLineEdit(parent), clear_(new Symbol
   connect(clear_, &QAbstractButton::clicked, this, &QLineEdit::clear);
   connect(this, &QLineEdit::textChanged, clear_,
           [this](const QString& text) { clear_->setVisible(!text.isEmpty()); });
+  setAcceptDrops(false);
+  setDragEnabled(false);
+  connect(this, &QLineEdit::textChanged, this, &SearchField::followPaste);
   auto* const find = new QShortcut(QKeySequence::Find, this);
   connect(find, &QShortcut::activated, this, [this] {
     setFocus(Qt::ShortcutFocusReason);
@@ -65,9 +78,143 @@ void SearchField::keyPressEvent(QKeyEvent* event) {
     clear();
   } else if (event->key() == Qt::Key_Down && leave_) {
     leave_();
-  } else {
+  } else if (!editByKey(*event)) {
     QLineEdit::keyPressEvent(event);
   }
+}
+
+// What a key does to the text, by the platform's meaning of the key.
+struct SearchField::KeyAction {
+  QKeySequence::StandardKey key;
+  void (*act)(SearchField&);
+};
+
+// The line edit's own handling of these keys uses the toolkit's clipboard: for what is copied and pasted, and
+// to offer what a key has selected to a middle click.
+std::span<const SearchField::KeyAction> SearchField::keyActions() {
+  using Field = SearchField&;
+  static constexpr KeyAction kActions[] = {
+      {QKeySequence::Copy, [](Field field) { field.copySelection(); }},
+      {QKeySequence::Cut, [](Field field) { field.cutSelection(); }},
+      {QKeySequence::Paste, [](Field field) { field.pasteWhenSettled(); }},
+      {QKeySequence::Undo, [](Field field) { field.undo(); }},
+      {QKeySequence::Redo, [](Field field) { field.redo(); }},
+      {QKeySequence::SelectAll, [](Field field) { field.selectAll(); }},
+      {QKeySequence::MoveToNextChar, [](Field field) { field.moveByCharacter(1, false); }},
+      {QKeySequence::SelectNextChar, [](Field field) { field.moveByCharacter(1, true); }},
+      {QKeySequence::MoveToPreviousChar, [](Field field) { field.moveByCharacter(-1, false); }},
+      {QKeySequence::SelectPreviousChar, [](Field field) { field.moveByCharacter(-1, true); }},
+      {QKeySequence::MoveToNextWord, [](Field field) { field.moveByWord(1, false); }},
+      {QKeySequence::SelectNextWord, [](Field field) { field.moveByWord(1, true); }},
+      {QKeySequence::MoveToPreviousWord, [](Field field) { field.moveByWord(-1, false); }},
+      {QKeySequence::SelectPreviousWord, [](Field field) { field.moveByWord(-1, true); }},
+      {QKeySequence::MoveToStartOfLine, [](Field field) { field.home(false); }},
+      {QKeySequence::MoveToStartOfDocument, [](Field field) { field.home(false); }},
+      {QKeySequence::SelectStartOfLine, [](Field field) { field.home(true); }},
+      {QKeySequence::SelectStartOfDocument, [](Field field) { field.home(true); }},
+      {QKeySequence::MoveToEndOfLine, [](Field field) { field.end(false); }},
+      {QKeySequence::MoveToEndOfDocument, [](Field field) { field.end(false); }},
+      {QKeySequence::SelectEndOfLine, [](Field field) { field.end(true); }},
+      {QKeySequence::SelectEndOfDocument, [](Field field) { field.end(true); }},
+      {QKeySequence::Delete, [](Field field) { field.del(); }},
+      {QKeySequence::Backspace, [](Field field) { field.backspace(); }},
+      {QKeySequence::DeleteEndOfWord, [](Field field) { field.cursorWordForward(true), field.del(); }},
+      {QKeySequence::DeleteStartOfWord, [](Field field) { field.cursorWordBackward(true), field.del(); }},
+      {QKeySequence::DeleteEndOfLine, [](Field field) { field.end(true), field.del(); }},
+      {QKeySequence::DeleteCompleteLine, [](Field field) { field.clear(); }},
+  };
+  return kActions;
+}
+
+// False for a key that only writes something, if anything.
+bool SearchField::editByKey(const QKeyEvent& event) {
+  const bool isOfSelection =
+      event.key() == Qt::Key_Insert && event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
+  if (isOfSelection) return true;
+  for (const KeyAction& each : keyActions()) {
+    if (!event.matches(each.key)) continue;
+    each.act(*this);
+    return true;
+  }
+  return event.modifiers().testFlag(Qt::ControlModifier) && event.text().isEmpty();
+}
+
+// To the right, or to the left, which is backwards where the desktop reads from the right.
+void SearchField::moveByCharacter(int direction, bool isSelecting) {
+  if (hasSelectedText() && !isSelecting) {
+    setCursorPosition((direction > 0) != isRightToLeft() ? selectionEnd() : selectionStart());
+  } else {
+    cursorForward(isSelecting, isRightToLeft() ? -direction : direction);
+  }
+}
+
+void SearchField::moveByWord(int direction, bool isSelecting) {
+  (direction > 0) != isRightToLeft() ? cursorWordForward(isSelecting) : cursorWordBackward(isSelecting);
+}
+
+// The line edit would offer what is selected to a middle click elsewhere, and paste by one.
+void SearchField::mouseReleaseEvent(QMouseEvent* event) { event->accept(); }
+
+void SearchField::contextMenuEvent(QContextMenuEvent* event) {
+  auto* const menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const auto add = [menu](const char* title, QKeySequence::StandardKey key, bool isEnabled, auto action) {
+    QAction* const added = menu->addAction(QCoreApplication::translate("QLineEdit", title));
+    added->setShortcut(key);
+    added->setEnabled(isEnabled);
+    connect(added, &QAction::triggered, menu, action);
+  };
+  add("&Undo", QKeySequence::Undo, isUndoAvailable(), [this] { undo(); });
+  add("&Redo", QKeySequence::Redo, isRedoAvailable(), [this] { redo(); });
+  menu->addSeparator();
+  add("Cu&t", QKeySequence::Cut, hasSelectedText(), [this] { cutSelection(); });
+  add("&Copy", QKeySequence::Copy, hasSelectedText(), [this] { copySelection(); });
+  add("&Paste", QKeySequence::Paste, true, [this] { pasteWhenSettled(); });
+  add("Delete", QKeySequence::Delete, hasSelectedText(), [this] { del(); });
+  menu->addSeparator();
+  add("Select All", QKeySequence::SelectAll, !text().isEmpty(), [this] { selectAll(); });
+  menu->popup(event->globalPos());
+}
+
+void SearchField::copySelection() {
+  if (hasSelectedText()) copyToPasteboard(fromQString(selectedText()));
+}
+
+void SearchField::cutSelection() {
+  copySelection();
+  if (hasSelectedText()) del();
+}
+
+void SearchField::pasteWhenSettled() {
+  pastePlace_ = cursorPosition();
+  textAtPlace_ = text();
+  awaitedPaste_ = NSPasteboard::generalPasteboard()->whenSettled([this] { insertCopied(); });
+}
+
+// The cursor ends behind what was inserted if it was there, and else stays in its text.
+void SearchField::insertCopied() {
+  if (!pastePlace_) return;
+  const int place = *std::exchange(pastePlace_, std::nullopt);
+  const QString copied = copiedText(maxLength());
+  if (copied.isEmpty()) return;
+  if (cursorPosition() == place) return insert(copied);
+  const int cursor = cursorPosition();
+  const int before = static_cast<int>(text().size());
+  setCursorPosition(place);
+  insert(copied);
+  const int growth = static_cast<int>(text().size()) - before;
+  setCursorPosition(cursor + (cursor > place ? growth : 0));
+}
+
+// What is edited in front of the place moves it; what empties the field ends the wait.
+void SearchField::followPaste(const QString& text) {
+  if (!pastePlace_) return;
+  if (text.isEmpty() && !textAtPlace_.isEmpty()) return pastePlace_.reset();
+  const auto changed = std::mismatch(text.begin(), text.end(), textAtPlace_.begin(), textAtPlace_.end());
+  const auto firstChange = static_cast<int>(changed.first - text.begin());
+  const auto growth = static_cast<int>(text.size() - textAtPlace_.size());
+  if (firstChange < *pastePlace_) pastePlace_ = std::max(firstChange, *pastePlace_ + growth);
+  textAtPlace_ = text;
 }
 
 }  // namespace tarnix::qt

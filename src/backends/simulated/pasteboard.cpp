@@ -60,4 +60,14 @@ void Pasteboard::beginGeneration(bool isOwn) {
   ++changeCount_;
 }
 
+AnyCancellable Pasteboard::whenSettled(std::function<void()> settled) const {
+  if (!isUnreadable_) return NSPasteboard::whenSettled(std::move(settled));
+  return settled_.publisher().sink([settled = std::move(settled)](const Void&) { settled(); });
+}
+
+void Pasteboard::settle() {
+  setUnreadable(false);
+  settled_.send({});
+}
+
 }  // namespace tarnix::simulated

@@ -37,6 +37,7 @@ class Pasteboard final : public NSPasteboard {
   int changeCount() const override { return changeCount_; }
   std::optional<std::vector<std::shared_ptr<NSPasteboardItem>>> pasteboardItems() const override;
   std::optional<String> stringForType(const PasteboardType& type) const override;
+  AnyCancellable whenSettled(std::function<void()> settled) const override;
   int clearContents() override;
   bool setString(const String& text, const PasteboardType& type) override;
 
@@ -44,6 +45,8 @@ class Pasteboard final : public NSPasteboard {
   void write(const std::vector<ItemContent>& items);
   // From now on the content can't be had, as with an owner that doesn't answer.
   void setUnreadable(bool isUnreadable) { isUnreadable_ = isUnreadable; }
+  // Ends that as well: the owner has answered at last.
+  void settle();
   const std::vector<std::shared_ptr<PasteboardItem>>& items() const { return items_; }
 
  private:
@@ -54,6 +57,7 @@ class Pasteboard final : public NSPasteboard {
   int changeCount_ = 0;
   bool isOwn_ = false;
   bool isUnreadable_ = false;
+  Subject<Void> settled_;
 };
 
 }  // namespace tarnix::simulated

@@ -12,7 +12,8 @@ using namespace std::chrono_literals;
 
 // The clipboard is looked at this often, so fetching more often is in vain.
 constexpr RunLoop::Duration kFetchInterval = 200ms;
-constexpr RunLoop::Duration kHandOverLimit = 1s;
+// Quitting takes a second at most, with all that comes after this.
+constexpr RunLoop::Duration kHandOverLimit = 600ms;
 // Programs that keep what others leave behind notice the loss by an event, or look twice a second. Nobody
 // copies the same again as soon as that.
 constexpr std::chrono::milliseconds kTakeoverLimit = 750ms;
@@ -67,6 +68,14 @@ std::optional<String> Pasteboard::stringForType(const PasteboardType& type) cons
   }
   if (type == types::source && !items_.empty()) return source_;
   return std::nullopt;
+}
+
+AnyCancellable Pasteboard::whenSettled(std::function<void()> settled) const {
+  if (isSettled()) return NSPasteboard::whenSettled(std::move(settled));
+  const auto isCalled = std::make_shared<bool>(false);
+  return settled_.publisher().sink([settled = std::move(settled), isCalled](const Void&) {
+    if (!std::exchange(*isCalled, true)) settled();
+  });
 }
 
 int Pasteboard::clearContents() {
@@ -179,7 +188,11 @@ void Pasteboard::finishRound() {
   const bool isKeptContent = isKept(content, items);
   auto source = sourceOfRound();
   noteSettled();
-  if (isKeptContent) return void(isOwn_ = false);
+  if (isKeptContent) {
+    isOwn_ = false;
+    settled_.send({});
+    return;
+  }
   publish(std::move(items), false);
   isSecret_ = content.isSecret;
   source_ = std::move(source);
@@ -188,6 +201,7 @@ void Pasteboard::finishRound() {
 void Pasteboard::takeFirst(PasteboardItems items) {
   items_ = std::move(items);
   isFirstKnown_ = true;
+  settled_.send({});
   if (const auto came = std::exchange(firstContentCame_, nullptr)) came();
 }
 
@@ -217,6 +231,7 @@ void Pasteboard::publish(PasteboardItems items, bool isOwn) {
   isFirstKnown_ = true;
   ++changeCount_;
   connection_->loop().noteChange();
+  settled_.send({});
 }
 
 }  // namespace tarnix::x11

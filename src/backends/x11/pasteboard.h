@@ -41,13 +41,14 @@ class Pasteboard : public NSPasteboard {
   // Called once, in a turn of the loop, when the first content came after that.
   void setFirstContentCame(std::function<void()> came) { firstContentCame_ = std::move(came); }
   // Gives this program's content to the clipboard manager, if there is one and the content is ours, so that
-  // it outlives the program. Waits, at most 1 s, and serves requests meanwhile. False when nothing was handed
-  // over.
+  // it outlives the program. Waits, at most 0.6 s, and serves requests meanwhile. False when nothing was
+  // handed over.
   bool handOver();
 
   int changeCount() const override { return changeCount_; }
   std::optional<std::vector<std::shared_ptr<NSPasteboardItem>>> pasteboardItems() const override;
   std::optional<String> stringForType(const PasteboardType& type) const override;
+  AnyCancellable whenSettled(std::function<void()> settled) const override;
   // Other programs see the new owner in a later turn, and so with all that `setString` adds in this one.
   int clearContents() override;
   bool setString(const String& text, const PasteboardType& type) override;
@@ -64,6 +65,7 @@ class Pasteboard : public NSPasteboard {
   void finishRound();
   void takeFirst(PasteboardItems items);
   std::optional<String> sourceOfRound() const;
+  bool isSettled() const { return !round_ && !nextFetch_ && !emptied_; }
   void noteSettled();
   void publish(PasteboardItems items, bool isOwn);
   void publishOwn();
@@ -89,6 +91,7 @@ class Pasteboard : public NSPasteboard {
   bool isSecret_ = false;
   bool isFirstKnown_ = false;
   std::function<void()> firstContentCame_;
+  Subject<Void> settled_;
   Identify identify_;
   std::optional<String> source_;        // The application that owns the content.
   std::shared_ptr<Ownership> known_;    // Whose content is known.

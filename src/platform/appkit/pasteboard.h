@@ -46,6 +46,14 @@ class NSPasteboard {
   // within the limits.
   virtual std::optional<String> stringForType(const PasteboardType& type) const = 0;
 
+  // Calls `settled` once the operations above answer what was copied last: at once where they do so already,
+  // else later, once, when its owner has handed it over or is not waited for any longer. Dropping the result
+  // calls it off.
+  [[nodiscard]] virtual AnyCancellable whenSettled(std::function<void()> settled) const {
+    settled();
+    return {};
+  }
+
   // Empties the pasteboard, which starts a new generation that this program owns. Gives the new change count.
   virtual int clearContents() = 0;
   // Adds a representation to this program's own generation. False when another program owns the content.

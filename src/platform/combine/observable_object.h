@@ -7,10 +7,6 @@
 
 namespace tarnix {
 
-struct Void {
-  friend bool operator==(const Void&, const Void&) = default;
-};
-
 // An object that tells before one of its published fields changes.
 class ObservableObject : public NSObject {
  public:

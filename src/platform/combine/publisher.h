@@ -9,6 +9,11 @@
 
 namespace tarnix {
 
+// What is sent where there is nothing to tell but that something happened.
+struct Void {
+  friend bool operator==(const Void&, const Void&) = default;
+};
+
 // A running subscription. Dropping or cancelling it ends the deliveries, also from inside one.
 class [[nodiscard]] AnyCancellable {
  public:

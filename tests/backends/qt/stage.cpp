@@ -9,12 +9,6 @@
 namespace tarnix::qt {
 namespace {
 
-Platform platformWithStandingClock() {
-  Platform platform;
-  platform.mainRunLoop = std::make_shared<RunLoop>([] { return RunLoop::Instant(0); });
-  return platform;
-}
-
 QAccessibleInterface* findBelow(QAccessibleInterface* object, QAccessible::Role role, const QString& name) {
   if (object->role() == role && nameOf(object) == name) return object;
   for (int i = 0; i < object->childCount(); ++i) {
@@ -27,7 +21,18 @@ QAccessibleInterface* findBelow(QAccessibleInterface* object, QAccessible::Role 
 
 }  // namespace
 
-Stage::Stage() : scope_(platformWithStandingClock()) {
+Platform testPlatform() {
+  Platform platform;
+  platform.mainRunLoop = std::make_shared<RunLoop>([] { return RunLoop::Instant(0); });
+  platform.pasteboards.fill(std::make_shared<simulated::Pasteboard>([] {}));
+  return platform;
+}
+
+simulated::Pasteboard& pasteboard() {
+  return static_cast<simulated::Pasteboard&>(*NSPasteboard::generalPasteboard());
+}
+
+Stage::Stage() : scope_(testPlatform()) {
   (new QVBoxLayout(&window_))->setContentsMargins({});
   renderer_ = std::make_unique<Renderer>(window_, [this](QWidget* root) {
     window_.layout()->addWidget(root);

@@ -6,10 +6,16 @@
 #include <memory>
 
 #include "backends/qt/renderer.h"
+#include "backends/simulated/pasteboard.h"
 #include "platform/platform.h"
 #include "platform/swiftui/view_graph.h"
 
 namespace tarnix::qt {
+
+// A clock that stands still, and a pasteboard in memory.
+Platform testPlatform();
+// That of the installed test platform.
+simulated::Pasteboard& pasteboard();
 
 // A window that shows one view after the other in the same place, on a platform of its own with a clock that
 // stands still.
