@@ -79,7 +79,8 @@ void SearchField::keyPressEvent(QKeyEvent* event) {
   } else if (event->key() == Qt::Key_Down && leave_) {
     leave_();
   } else if (!editByKey(*event)) {
-    QLineEdit::keyPressEvent(event);
+    const bool isWriting = !event->text().isEmpty() && event->text().front().isPrint();
+    isWriting ? QLineEdit::keyPressEvent(event) : event->ignore();
   }
 }
 
@@ -117,7 +118,6 @@ std::span<const SearchField::KeyAction> SearchField::keyActions() {
       {QKeySequence::SelectEndOfLine, [](Field field) { field.end(true); }},
       {QKeySequence::SelectEndOfDocument, [](Field field) { field.end(true); }},
       {QKeySequence::Delete, [](Field field) { field.del(); }},
-      {QKeySequence::Backspace, [](Field field) { field.backspace(); }},
       {QKeySequence::DeleteEndOfWord, [](Field field) { field.cursorWordForward(true), field.del(); }},
       {QKeySequence::DeleteStartOfWord, [](Field field) { field.cursorWordBackward(true), field.del(); }},
       {QKeySequence::DeleteEndOfLine, [](Field field) { field.end(true), field.del(); }},
@@ -126,17 +126,22 @@ std::span<const SearchField::KeyAction> SearchField::keyActions() {
   return kActions;
 }
 
-// False for a key that only writes something, if anything.
+// False for a key that writes something. A key that means nothing here, as each modifier does by itself, is
+// left to others.
 bool SearchField::editByKey(const QKeyEvent& event) {
   const bool isOfSelection =
       event.key() == Qt::Key_Insert && event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
   if (isOfSelection) return true;
+  if (event.key() == Qt::Key_Backspace && !event.modifiers().testFlag(Qt::ControlModifier)) {
+    backspace();
+    return true;
+  }
   for (const KeyAction& each : keyActions()) {
     if (!event.matches(each.key)) continue;
     each.act(*this);
     return true;
   }
-  return event.modifiers().testFlag(Qt::ControlModifier) && event.text().isEmpty();
+  return false;
 }
 
 // To the right, or to the left, which is backwards where the desktop reads from the right.
