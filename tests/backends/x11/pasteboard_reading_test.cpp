@@ -74,12 +74,15 @@ TEST_F(PasteboardReading, waitsForSlowOwnersFromTheStartOn) {
   EXPECT_FALSE(pasteboard->awaitFirstSnapshot(50ms));
   int arrivals = 0;
   pasteboard->setFirstContentCame([&] { ++arrivals; });
+  int settlements = 0;
+  const AnyCancellable settled = pasteboard->whenSettled([&] { ++settlements; });
   ASSERT_TRUE(runUntil([&] { return arrivals > 0; }));
   EXPECT_EQ(text(), "early");
   EXPECT_EQ(pasteboard->changeCount(), 0);
   EXPECT_EQ(pasteboard->stringForType({"org.nspasteboard.source"}), std::nullopt);
   ASSERT_TRUE(copyText("next"));
   EXPECT_EQ(pasteboard->changeCount(), 1);
+  EXPECT_EQ(settlements, 1);
 }
 
 TEST_F(PasteboardReading, asksForEachRepresentationOnceAndForNothingElse) {
