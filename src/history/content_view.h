@@ -34,8 +34,8 @@ class ContentView {
                       &ContentView::searchText};
   }
 
-  // Takes what lay on the pasteboard before the start, where it could only be read after the view was made: as
-  // the oldest clip, with neither date nor source, not selected, and whether clips are taken or not.
+  // Takes what lay on the pasteboard before the start, where it could only be read after the view was made:
+  // as the oldest clip, with neither date nor source, not selected, and whether clips are taken or not.
   void takeLateSeed() const;
   // Puts the equal clip, if it is still in the list, on top; the selection stays.
   void moveToTop(const ClipboardItem& clip) const;

@@ -65,7 +65,7 @@ TEST_F(CopiesTest, ofFilesAreOneClipAndAnEmptiedClipboardIsNone) {
   EXPECT_EQ(window.rowCount(), 1U);
 
   Process& owner = copyWithScriptedOwner({"empty"});
-  expectAfterMarker(window, {"Unknown"});
+  expectAfterMarker(window, {files[0] + "\n" + files[1] + "\n" + files[2]});
   owner.end();
 }
 

@@ -109,8 +109,10 @@ WindowReader DesktopTest::openProgram(const std::vector<std::string>& arguments)
 
 std::optional<int> DesktopTest::closeProgram() {
   const std::string process = std::to_string(program_->id());
+  // A key that comes as soon as the window is active is now and then kept by the window manager until the
+  // next one.
   run({"xdotool", "search", "--onlyvisible", "--all", "--pid", process, "--name", ".", "windowactivate",
-       "--sync", "key", "alt+F4"});
+       "--sync", "sleep", "0.2", "key", "alt+F4"});
   return program_->wait(5s);
 }
 

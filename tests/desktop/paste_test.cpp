@@ -52,7 +52,7 @@ TEST_F(PasteTest, whatTheWindowCopiesIsServedAndItsEndWaitsForNoManager) {
                                                                   << window.tree();
   EXPECT_EQ(pasteWithXclip(), "some text");
   std::optional<int> exitCode;
-  EXPECT_LT(timeOf([&] { exitCode = closeProgram(); }), 1500ms) << "with the time that xdotool takes";
+  EXPECT_LT(timeOf([&] { exitCode = closeProgram(); }), 1800ms) << "with the time that xdotool takes";
   EXPECT_EQ(exitCode, 0);
 }
 
