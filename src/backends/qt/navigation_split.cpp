@@ -1,10 +1,15 @@
 #include "backends/qt/navigation_split.h"
 
+#include <QAccessibleWidget>
+#include <QCoreApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "backends/qt/focus_ring.h"
 #include "backends/qt/fonts.h"
 #include "backends/qt/hairline.h"
 
@@ -19,14 +24,85 @@ constexpr int kSidebarMinimumWidth = 190;
 constexpr int kDetailMinimumWidth = 280;
 constexpr int kDetailWidth = 1000;  // Beside the sidebar's: whatever the window leaves.
 constexpr modifiers::Font kTitleFont{.size = 14};
+constexpr int kKeyStep = 16;
+constexpr int kFocusedLineWidth = 3;
 
+// The line between the columns. The arrow keys move it to where they point, Home and End to its limits.
 class LineHandle : public QSplitterHandle {
  public:
-  using QSplitterHandle::QSplitterHandle;
+  explicit LineHandle(NavigationSplit& split) : QSplitterHandle(split.orientation(), &split), split_(split) {
+    setFocusPolicy(Qt::TabFocus);
+    setAccessibleName(QCoreApplication::translate("tarnix", "Sidebar width"));
+  }
+  NavigationSplit& split() const { return split_; }
 
  protected:
-  void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), palette().color(QPalette::Mid)); }
+  // A line of one pixel has no room for a ring; it is as wide as one while it has the keyboard.
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().color(showsFocus(*this) ? QPalette::Link : QPalette::Mid));
+  }
+  void focusInEvent(QFocusEvent* event) override {
+    QSplitterHandle::focusInEvent(event);
+    split_.setHandleWidth(showsFocus(*this) ? kFocusedLineWidth : 1);
+  }
+  void focusOutEvent(QFocusEvent* event) override {
+    QSplitterHandle::focusOutEvent(event);
+    split_.setHandleWidth(1);
+  }
+
+  void keyPressEvent(QKeyEvent* event) override {
+    const int forwards = isRightToLeft() ? -kKeyStep : kKeyStep;
+    switch (event->key()) {
+      case Qt::Key_Left:
+        return split_.setSidebarWidth(split_.sidebarWidth() - forwards);
+      case Qt::Key_Right:
+        return split_.setSidebarWidth(split_.sidebarWidth() + forwards);
+      case Qt::Key_Home:
+        return split_.setSidebarWidth(split_.sidebarLimits().first);
+      case Qt::Key_End:
+        return split_.setSidebarWidth(split_.sidebarLimits().second);
+      default:
+        return QSplitterHandle::keyPressEvent(event);
+    }
+  }
+
+ private:
+  NavigationSplit& split_;
 };
+
+// Told to assistive tools as the splitter, whose value is the width of the sidebar.
+class HandleAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+ public:
+  explicit HandleAccessible(LineHandle& handle)
+      : QAccessibleWidget(&handle, QAccessible::Splitter), split_(handle.split()) {}
+
+  void* interface_cast(QAccessible::InterfaceType type) override {
+    if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+    return QAccessibleWidget::interface_cast(type);
+  }
+  QVariant currentValue() const override { return split_.sidebarWidth(); }
+  void setCurrentValue(const QVariant& value) override { split_.setSidebarWidth(value.toInt()); }
+  QVariant minimumValue() const override { return split_.sidebarLimits().first; }
+  QVariant maximumValue() const override { return split_.sidebarLimits().second; }
+  QVariant minimumStepSize() const override { return kKeyStep; }
+
+ private:
+  NavigationSplit& split_;
+};
+
+QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+  if (auto* const handle = dynamic_cast<LineHandle*>(object)) return new HandleAccessible(*handle);
+  auto* const split = dynamic_cast<NavigationSplit*>(object);
+  return split == nullptr ? nullptr : new QAccessibleWidget(split, QAccessible::Grouping);
+}
+
+void installSplitAccessibility() {
+  [[maybe_unused]] static const bool isInstalled = [] {
+    QAccessible::installFactory(makeAccessible);
+    return true;
+  }();
+}
 
 void replaceContents(QBoxLayout& layout, const std::vector<QWidget*>& widgets, int stretch) {
   while (layout.count() > 0) delete layout.takeAt(0);
@@ -46,6 +122,7 @@ QBoxLayout* itemRow() {
 }  // namespace
 
 NavigationSplit::NavigationSplit(QWidget* parent) : QSplitter(Qt::Horizontal, parent), sidebar_(new QWidget) {
+  installSplitAccessibility();
   setHandleWidth(1);
   setChildrenCollapsible(false);
   sidebar_->setBackgroundRole(QPalette::AlternateBase);
@@ -59,6 +136,24 @@ NavigationSplit::NavigationSplit(QWidget* parent) : QSplitter(Qt::Horizontal, pa
   setStretchFactor(0, 0);
   setStretchFactor(1, 1);
   setSizes({kSidebarWidth, kDetailWidth});
+  connect(this, &QSplitter::splitterMoved, this, [this] {
+    QAccessibleValueChangeEvent event(handle(1), sidebarWidth());
+    QAccessible::updateAccessibility(&event);
+  });
+}
+
+int NavigationSplit::sidebarWidth() const { return sizes().front(); }
+
+std::pair<int, int> NavigationSplit::sidebarLimits() const {
+  int least = 0;
+  int most = 0;
+  getRange(1, &least, &most);
+  return {least, most};
+}
+
+void NavigationSplit::setSidebarWidth(int width) {
+  const auto [least, most] = sidebarLimits();
+  moveSplitter(std::clamp(width, least, std::max(least, most)), 1);
 }
 
 QWidget* NavigationSplit::makeDetailColumn() {
@@ -85,11 +180,21 @@ QWidget* NavigationSplit::makeDetailColumn() {
   return column;
 }
 
-QSplitterHandle* NavigationSplit::createHandle() { return new LineHandle(orientation(), this); }
+QSplitterHandle* NavigationSplit::createHandle() { return new LineHandle(*this); }
 
 void NavigationSplit::setSidebar(QWidget* content) {
   auto& layout = static_cast<QBoxLayout&>(*sidebar_->layout());
   replaceContents(layout, content == nullptr ? std::vector<QWidget*>() : std::vector{content}, 1);
+  walkFromSidebarToHandle();
+}
+
+// The keyboard would come to the line first, since that was there before any contents.
+void NavigationSplit::walkFromSidebarToHandle() {
+  QWidget* last = nullptr;
+  for (QWidget* next = sidebar_->nextInFocusChain(); next != sidebar_; next = next->nextInFocusChain()) {
+    if (sidebar_->isAncestorOf(next) && next->focusPolicy() != Qt::NoFocus) last = next;
+  }
+  if (last != nullptr) setTabOrder(last, handle(1));
 }
 
 void NavigationSplit::setDetail(QWidget* content) {

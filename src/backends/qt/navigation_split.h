@@ -1,14 +1,15 @@
 #pragma once
 
 #include <QSplitter>
+#include <utility>
 
 class QBoxLayout;
 class QLabel;
 
 namespace tarnix::qt {
 
-// Two columns with a hairline between them that can be dragged: the sidebar, and the detail column below a
-// bar with the title and the toolbar's items.
+// Two columns with a hairline between them that can be dragged or moved by keys: the sidebar, and the detail
+// column below a bar with the title and the toolbar's items.
 class NavigationSplit : public QSplitter {
  public:
   explicit NavigationSplit(QWidget* parent = nullptr);
@@ -21,11 +22,17 @@ class NavigationSplit : public QSplitter {
   // The sidebar keeps its contents and its width while it is hidden.
   void toggleSidebar();
 
+  // Limited to what leaves both columns usable.
+  void setSidebarWidth(int width);
+  int sidebarWidth() const;
+  std::pair<int, int> sidebarLimits() const;
+
  protected:
   QSplitterHandle* createHandle() override;
 
  private:
   QWidget* makeDetailColumn();
+  void walkFromSidebarToHandle();
 
   QWidget* sidebar_;
   QBoxLayout* detail_ = nullptr;

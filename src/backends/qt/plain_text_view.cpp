@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "backends/qt/copied_text.h"
+#include "backends/qt/focus_ring.h"
 #include "backends/qt/plain_text_accessible.h"
 
 namespace tarnix::qt {
@@ -20,6 +21,8 @@ constexpr int kInsetX = 5 + 9;
 constexpr int kInsetY = 10 + 2;
 // A narrower view cuts the rows off instead of wrapping them to columns of a few letters.
 constexpr int kLeastWidth = 160;
+constexpr double kRingInset = 4;
+constexpr double kRingRadius = 5;
 constexpr std::size_t kComparedBytes = 16 * 1024 * 1024;
 // Keeps the values of the scroll bar, counted in parts of a byte, within an int.
 constexpr double kFinestUnitsPerByte = 1024;
@@ -190,6 +193,17 @@ void PlainTextView::timerEvent(QTimerEvent* event) {
 void PlainTextView::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
   if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange) layOut();
+  if (event->type() == QEvent::ActivationChange) viewport()->update();
+}
+
+void PlainTextView::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+}
+
+void PlainTextView::focusOutEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusOutEvent(event);
+  viewport()->update();
 }
 
 void PlainTextView::resizeEvent(QResizeEvent*) { layOut(); }
@@ -204,6 +218,11 @@ void PlainTextView::paintEvent(QPaintEvent* event) {
     painter.setClipRect(clip);
     layout.draw(painter, QPoint(kInsetX, y), clip, selection(), palette());
   });
+  if (!showsFocus(*this)) return;
+  painter.setClipping(false);
+  paintFocusRing(painter,
+                 QRectF(viewport()->rect()).adjusted(kRingInset, kRingInset, -kRingInset, -kRingInset),
+                 kRingRadius);
 }
 
 }  // namespace tarnix::qt

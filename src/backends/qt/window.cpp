@@ -1,6 +1,7 @@
 #include "backends/qt/window.h"
 
 #include <QAbstractItemView>
+#include <QAccessibleWidget>
 #include <QEvent>
 #include <QIcon>
 #include <QTimer>
@@ -17,11 +18,27 @@ namespace {
 constexpr QSize kDefaultSize(900, 600);
 constexpr QSize kMinimumSize(520, 340);
 
+class TopWidget : public QWidget {};
+
+// Assistive tools look for frames when they look for windows.
+QAccessibleInterface* makeFrameAccessible(const QString&, QObject* object) {
+  auto* const top = dynamic_cast<TopWidget*>(object);
+  return top == nullptr ? nullptr : new QAccessibleWidget(top, QAccessible::Window);
+}
+
+void installFrameAccessibility() {
+  [[maybe_unused]] static const bool isInstalled = [] {
+    QAccessible::installFactory(makeFrameAccessible);
+    return true;
+  }();
+}
+
 }  // namespace
 
-struct Window::Impl : QWidget {
+struct Window::Impl : TopWidget {
   explicit Impl(ViewGraph& shown)
       : graph(shown), renderer(*this, [this](QWidget* root) { placeRoot(root); }) {
+    installFrameAccessibility();
     setWindowTitle(QStringLiteral("Tarnix"));
     setMinimumSize(kMinimumSize);
     resize(kDefaultSize);

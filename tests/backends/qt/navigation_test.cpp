@@ -76,6 +76,38 @@ TEST(NavigationView, isReadAndWalkedThroughFromTheSidebarOn) {
   field->setFocus();
   QTest::keyClick(field, Qt::Key_Tab);
   EXPECT_EQ(QApplication::focusWidget(), stage.window().findChild<RowView*>());
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), stage.widget(QAccessible::Splitter, "Sidebar width"));
+}
+
+TEST(NavigationView, theKeyboardMovesTheLineBetweenTheColumns) {
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    Stage stage;
+    stage.window().setLayoutDirection(direction);
+    stage.show(navigation(Text("side"), Text("detail")));
+    auto* const line = stage.widget(QAccessible::Splitter, "Sidebar width");
+    auto* const value = stage.find(QAccessible::Splitter, "Sidebar width")->valueInterface();
+    ASSERT_NE(value, nullptr);
+    const auto width = [&] {
+      const int sidebar = stage.window().findChild<QSplitter*>()->widget(0)->width();
+      EXPECT_EQ(value->currentValue().toInt(), sidebar);
+      return sidebar;
+    };
+    const int start = width();
+    const bool isMirrored = direction == Qt::RightToLeft;
+    line->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(width(), start);
+    QTest::keyClick(line, isMirrored ? Qt::Key_Left : Qt::Key_Right);
+    EXPECT_GT(width(), start) << isMirrored;
+    QTest::keyClick(line, isMirrored ? Qt::Key_Right : Qt::Key_Left);
+    EXPECT_EQ(width(), start) << isMirrored;
+    QTest::keyClick(line, Qt::Key_Home);
+    EXPECT_EQ(width(), value->minimumValue().toInt());
+    QTest::keyClick(line, Qt::Key_End);
+    EXPECT_EQ(width(), value->maximumValue().toInt());
+    value->setCurrentValue(start);
+    EXPECT_EQ(width(), start);
+  }
 }
 
 }  // namespace

@@ -51,6 +51,7 @@ TEST_F(WindowTest, showsWhatItsGraphSays) {
   view_.number.set(7);
   turn();
   EXPECT_EQ(widget().findChild<QLabel*>()->text(), "7");
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&widget())->role(), QAccessible::Window);
 }
 
 TEST_F(WindowTest, aHiddenOrMinimisedWindowIsNotEvaluated) {
