@@ -31,10 +31,11 @@ QString localized(const char* key) { return QCoreApplication::translate("tarnix"
 }  // namespace
 
 SearchField::SearchField(QWidget* parent) : QLineEdit(parent), clear_(new SymbolButton(this)) {
-  setPlaceholderText(localized("Search"));
+  // The hair space keeps the caret off the first letter.
+  setPlaceholderText(QChar(0x200A) + localized("Search"));
   setAccessibleName(localized("Search"));
   setMinimumHeight(kHeight);
-  setTextMargins(kInset + kSymbolSide + 4, 0, kHeight - 2, 0);
+  placeText();
   clear_->setSymbol(QStringLiteral("xmark.circle"), kClearSide);
   clear_->setTitle(localized("Clear search"), false);
   clear_->setForegroundRole(QPalette::PlaceholderText);
@@ -52,6 +53,19 @@ SearchField::SearchField(QWidget* parent) : QLineEdit(parent), clear_(new Symbol
     setFocus(Qt::ShortcutFocusReason);
     selectAll();
   });
+}
+
+// The margins of a line edit stay on their sides when the desktop reads from the right.
+void SearchField::placeText() {
+  constexpr int kLeading = kInset + kSymbolSide + 4;
+  constexpr int kTrailing = kHeight - 2;
+  const bool isMirrored = isRightToLeft();
+  setTextMargins(isMirrored ? kTrailing : kLeading, 0, isMirrored ? kLeading : kTrailing, 0);
+}
+
+void SearchField::changeEvent(QEvent* event) {
+  QLineEdit::changeEvent(event);
+  if (event->type() == QEvent::LayoutDirectionChange) placeText();
 }
 
 QSize SearchField::sizeHint() const {

@@ -29,6 +29,7 @@ class SearchField : public QLineEdit {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
@@ -44,6 +45,7 @@ class SearchField : public QLineEdit {
   void pasteWhenSettled();
   void insertCopied();
   void followPaste(const QString& text);
+  void placeText();
 
   SymbolButton* clear_;
   std::function<void()> leave_;

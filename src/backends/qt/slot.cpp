@@ -1,5 +1,6 @@
 #include "backends/qt/slot.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QMargins>
 
@@ -34,6 +35,23 @@ class PaddedWidget : public QWidget {
     layout->addWidget(content);
     content->show();
   }
+
+  // From the leading to the trailing edge, which are the other way round where one reads from the right.
+  void setPadding(const QMargins& padding) {
+    padding_ = padding;
+    const bool isMirrored = isRightToLeft();
+    layout()->setContentsMargins(isMirrored ? padding.right() : padding.left(), padding.top(),
+                                 isMirrored ? padding.left() : padding.right(), padding.bottom());
+  }
+
+ protected:
+  void changeEvent(QEvent* event) override {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) setPadding(padding_);
+  }
+
+ private:
+  QMargins padding_;
 };
 
 Slot::Slot(Rendering& rendering) : rendering_(rendering) {}
@@ -81,9 +99,7 @@ void Slot::showPadding(const Element& element) {
   if (content == nullptr) return;
   const QMargins padding = paddingOf(element);
   if (!padded_ && !padding.isNull()) padded_ = std::make_unique<PaddedWidget>(content);
-  if (padded_ && padded_->layout()->contentsMargins() != padding) {
-    padded_->layout()->setContentsMargins(padding);
-  }
+  if (padded_) padded_->setPadding(padding);
 }
 
 void Slot::showNames(const Element& element) {

@@ -60,17 +60,16 @@ QRectF SwitchButton::track() const {
 void SwitchButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const int side = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
   painter.setPen(palette().color(QPalette::WindowText));
-  painter.drawText(rect().adjusted(kRingRoom, 0, -kRingRoom, 0), Qt::AlignVCenter | side, text());
+  painter.drawText(rect().adjusted(kRingRoom, 0, -kRingRoom, 0), Qt::AlignVCenter | Qt::AlignLeading, text());
   paintTrack(painter);
   paintKnob(painter);
   if (showsFocus(*this)) paintFocusRing(painter, track(), kTrackSize.height() / 2);
 }
 
 void SwitchButton::paintTrack(QPainter& painter) const {
-  const QColor background = palette().color(QPalette::Window);
-  const QColor on = palette().color(QPalette::Active, QPalette::Highlight);
+  const QColor background = palette().color(backgroundRole());
+  const QColor on = readable(palette().color(QPalette::Active, QPalette::Highlight), background, 3);
   const QColor off = readable(palette().color(QPalette::Mid), background, 3);
   QColor fill = blend(on, off, position_);
   if (underMouse()) fill = blend(palette().color(QPalette::WindowText), fill, 0.08);

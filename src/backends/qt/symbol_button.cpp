@@ -54,11 +54,12 @@ void SymbolButton::paintEvent(QPaintEvent*) {
   paintGround(painter);
   const QColor color = palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole());
   const QRect content = rect().adjusted(kPadding + kRingRoom, 0, -kPadding - kRingRoom, 0);
-  const QRect symbol(content.left(), (height() - side_) / 2, side_, side_);
+  const int left = isRightToLeft() ? content.right() + 1 - side_ : content.left();
+  const QRect symbol(left, (height() - side_) / 2, side_, side_);
   paintSymbol(painter, symbol, symbol_, monochrome(color));
   if (!isTitleShown_) return;
   painter.setPen(color);
-  painter.drawText(content, Qt::AlignVCenter | Qt::AlignRight, text());
+  painter.drawText(content, Qt::AlignVCenter | Qt::AlignTrailing, text());
 }
 
 void SymbolButton::paintGround(QPainter& painter) const {

@@ -57,6 +57,17 @@ TEST(Renderer, paddingLiesAroundItsElement) {
   EXPECT_EQ(window.right() - stage.find(QAccessible::StaticText, "b")->rect().right(), 0);
 }
 
+TEST(Renderer, paddingIsMirroredWhereOneReadsFromTheRight) {
+  Stage stage;
+  stage.window().setLayoutDirection(Qt::RightToLeft);
+  stage.show(HStack({Text("a").padding({.leading = 30}), Spacer()}));
+  const QRect window = stage.window().geometry();
+  EXPECT_EQ(window.right() - stage.find(QAccessible::StaticText, "a")->rect().right(), 30);
+  stage.window().setLayoutDirection(Qt::LeftToRight);
+  Stage::settle();
+  EXPECT_EQ(stage.find(QAccessible::StaticText, "a")->rect().left() - window.left(), 30);
+}
+
 TEST(Renderer, aStackWithoutSpacersStandsInTheMiddle) {
   Stage stage;
   stage.show(VStack({Text("one"), Text("two")}));
