@@ -1,3 +1,4 @@
+#include <QCoreApplication>
 #include <QVBoxLayout>
 
 #include "backends/qt/kinds.h"
@@ -34,6 +35,8 @@ class ListPresenter : public WidgetPresenter<QWidget> {
     if (search_) showSearch(*element.modifier<modifiers::Searchable>());
     isShowing_ = true;
     model_.show(element.children);
+    const bool isFruitless = search_ && !search_->text().isEmpty() && model_.rowCount() == 0;
+    rows_->setNotice(isFruitless ? QCoreApplication::translate("tarnix", "No results") : QString());
     rows_->refresh();
     showSelection();
     isShowing_ = false;

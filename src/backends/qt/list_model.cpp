@@ -1,5 +1,6 @@
 #include "backends/qt/list_model.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 #include "backends/qt/text.h"
@@ -10,11 +11,21 @@ namespace {
 // More than any window shows at once.
 constexpr std::size_t kKeptRows = 512;
 
+QString placeholderFor(const QString& title) {
+  if (title.isEmpty()) return QCoreApplication::translate("tarnix", "Empty text");
+  return title.trimmed().isEmpty() ? QCoreApplication::translate("tarnix", "Blank text") : QString();
+}
+
+void readTitle(const String& title, RowContent& content) {
+  content.title = titleStart(title);
+  content.placeholder = placeholderFor(content.title);
+}
+
 void readPart(const Element& part, RowContent& content) {
-  if (const auto* text = part.as<elements::Text>()) content.title = titleStart(text->text);
+  if (const auto* text = part.as<elements::Text>()) readTitle(text->text, content);
   if (const auto* image = part.as<elements::Image>()) content.symbol = toQString(image->systemName);
   if (const auto* label = part.as<elements::Label>()) {
-    content.title = titleStart(label->title);
+    readTitle(label->title, content);
     content.symbol = toQString(label->systemName);
   }
 }
@@ -55,11 +66,14 @@ int ListModel::rowCount(const QModelIndex& parent) const { return parent.isValid
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= rowCount_) return {};
+  const QString& placeholder = content(index.row()).placeholder;
   switch (role) {
     case Qt::DisplayRole:
-      return singleLine(content(index.row()).title);
+      return placeholder.isEmpty() ? singleLine(content(index.row()).title) : placeholder;
     case Qt::AccessibleTextRole:
-      return content(index.row()).title;
+      return placeholder.isEmpty() ? content(index.row()).title : placeholder;
+    case isPlaceholderRole:
+      return !placeholder.isEmpty();
     case Qt::AccessibleDescriptionRole:
     case badgeRole:
       return content(index.row()).badge;

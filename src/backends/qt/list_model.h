@@ -11,7 +11,8 @@ namespace tarnix::qt {
 
 // What is painted of a row.
 struct RowContent {
-  QString title;  // As long as `titleStart` makes it, line breaks and all.
+  QString title;        // As long as `titleStart` makes it, line breaks and all.
+  QString placeholder;  // What stands for a title that nobody could see; else empty.
   QString symbol;
   QString badge;
   std::optional<UUID> tag;
@@ -22,7 +23,7 @@ struct RowContent {
 // changes what the others show and adds a row at the end.
 class ListModel : public QAbstractListModel {
  public:
-  enum Role { symbolRole = Qt::UserRole, badgeRole };
+  enum Role { symbolRole = Qt::UserRole, badgeRole, isPlaceholderRole };
 
   // A line of the list: a header, or a row.
   struct Line {
@@ -34,7 +35,8 @@ class ListModel : public QAbstractListModel {
   void show(const std::vector<Element>& sections);
 
   int rowCount(const QModelIndex& parent = {}) const override;
-  // Display: the title on one line. Accessible text: the title; accessible description: the badge.
+  // Display: the title on one line. Accessible text: the title; accessible description: the badge. A
+  // placeholder stands for its title in both.
   QVariant data(const QModelIndex& index, int role) const override;
 
   const RowContent& content(int row) const;

@@ -109,7 +109,7 @@ class TitleLines {
 };
 
 struct RowColors {
-  QColor title, symbol, pill, badge;
+  QColor title, placeholder, symbol, pill, badge;
 
   explicit RowColors(const QStyleOptionViewItem& option) {
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
@@ -118,6 +118,8 @@ struct RowColors {
     const QColor back =
         option.palette.color(group, isSelected ? QPalette::Highlight : QPalette::AlternateBase);
     title = option.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
+    // The accent leaves no room between its text and one that could still be read.
+    placeholder = isSelected ? title : option.palette.color(group, QPalette::PlaceholderText);
     symbol = isSelected ? title : option.palette.color(group, QPalette::Link);
     const bool isOnAccent = isSelected && isActive;
     pill = isOnAccent ? blend(Qt::black, back, kSelectedPillStrength) : blend(title, back, kPillStrength);
@@ -162,7 +164,7 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   paintSymbol(*painter, geometry.symbol, index.data(ListModel::symbolRole).toString(),
               monochrome(colors.symbol));
   paintBadge(*painter, option, geometry.pill, colors, badge);
-  painter->setPen(colors.title);
+  painter->setPen(index.data(ListModel::isPlaceholderRole).toBool() ? colors.placeholder : colors.title);
   const TitleLines lines(option, index.data().toString(), geometry.title.width());
   lines.draw(*painter, geometry.title.topLeft(), lineHeight(option.fontMetrics));
   painter->restore();

@@ -23,6 +23,9 @@ constexpr int kTrailingMargin = 10;  // The scroll bar, where there is one, lies
 constexpr int kHeaderInset = 20;
 constexpr int kHeaderAbove = 6;
 constexpr int kHeaderBelow = 6;
+constexpr int kNoticeAbove = 24;
+constexpr double kRingInset = 4;
+constexpr double kRingRadius = 5;
 constexpr modifiers::Font kHeaderFont{.size = 11};
 
 QFont headerFont() {
@@ -48,6 +51,13 @@ RowView::RowView(ListModel& model, QWidget* parent) : QAbstractItemView(parent),
 void RowView::refresh() {
   layOutAgain();
   announceRowNames(*this);
+}
+
+void RowView::setNotice(const QString& notice) {
+  if (notice_ == notice) return;
+  notice_ = notice;
+  setAccessibleDescription(notice);
+  viewport()->update();
 }
 
 void RowView::selectRow(std::optional<int> row, bool scrolls) {
@@ -217,6 +227,21 @@ void RowView::paintEvent(QPaintEvent* event) {
     const ListModel::Line line = model_.lineAt(placed.line);
     line.row ? paintRow(painter, placed.rect, *line.row) : paintHeader(painter, placed.rect, line.header);
   }
+  paintNotice(painter);
+  // Where no row is there to show the focus.
+  if (!showsFocus(*this) || selectionModel()->hasSelection()) return;
+  paintFocusRing(painter,
+                 QRectF(viewport()->rect()).adjusted(kRingInset, kRingInset, -kRingInset, -kRingInset),
+                 kRingRadius);
+}
+
+void RowView::paintNotice(QPainter& painter) const {
+  painter.setFont(font());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  const int top = QFontMetrics(headerFont()).height() + kHeaderAbove + kHeaderBelow;
+  const QRect room = viewport()->rect().adjusted(kHeaderInset, top, -kHeaderInset, 0);
+  painter.drawText(room.adjusted(0, kNoticeAbove, 0, 0), Qt::AlignTop | Qt::AlignHCenter | Qt::TextWordWrap,
+                   notice_);
 }
 
 void RowView::paintHeader(QPainter& painter, const QRect& rect, const QString& header) const {

@@ -20,6 +20,8 @@ class RowView : public QAbstractItemView {
 
   // To be called when the model shows something else.
   void refresh();
+  // What is said in the middle of the room for rows, for want of any; nothing while it is empty.
+  void setNotice(const QString& notice);
   // Selects the row, or none, and brings it into sight if asked to.
   void selectRow(std::optional<int> row, bool scrolls);
   // Rows in sight, from the first to the last, the cut ones included.
@@ -82,10 +84,12 @@ class RowView : public QAbstractItemView {
   void layOutAgain();
   QStyleOptionViewItem optionFor(const QRect& rect) const;
   void paintHeader(QPainter& painter, const QRect& rect, const QString& header) const;
+  void paintNotice(QPainter& painter) const;
   void paintRow(QPainter& painter, const QRect& rect, int row) const;
 
   ListModel& model_;
   Top top_;
+  QString notice_;
   bool isAdjustingBar_ = false;
   bool isRevealing_ = false;  // The current row, until it has been painted: the view may yet get its size.
   double wheelRest_ = 0;

@@ -65,7 +65,7 @@ void paintButton(QPainter& painter, const QStyleOption& option) {
   const QColor text = option.palette.color(QPalette::WindowText);
   QColor fill = option.palette.color(QPalette::Button);
   if (has(option, QStyle::State_Sunken) || has(option, QStyle::State_On))
-    fill = blend(text, fill, 0.12);
+    fill = pressedButton(option.palette);
   else if (has(option, QStyle::State_MouseOver))
     fill = blend(text, fill, 0.05);
   const bool isFocused = has(option, QStyle::State_HasFocus);

@@ -64,13 +64,14 @@ void setSurfaces(QPalette& palette, const Colors& colors) {
 }
 
 void setTexts(QPalette& palette, const Colors& colors) {
+  const QColor button = palette.color(QPalette::Button);
   for (const auto role :
        {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
     palette.setColor(role, colors.text);
-    palette.setColor(QPalette::Disabled, role, blend(colors.text, colors.content, 0.4));
+    palette.setColor(QPalette::Disabled, role, readable(colors.secondary, button));
   }
   palette.setColor(QPalette::PlaceholderText, readable(colors.secondary, colors.sidebar));
-  palette.setColor(QPalette::BrightText, readable(colors.destructive, colors.content));
+  palette.setColor(QPalette::BrightText, readable(colors.destructive, pressedButton(palette)));
 }
 
 void setAccent(QPalette& palette, const Colors& colors, const QColor& accent) {
@@ -84,6 +85,10 @@ void setAccent(QPalette& palette, const Colors& colors, const QColor& accent) {
 }
 
 }  // namespace
+
+QColor pressedButton(const QPalette& palette) {
+  return blend(palette.color(QPalette::ButtonText), palette.color(QPalette::Button), 0.12);
+}
 
 QPalette themePalette(const QPalette& desktop, bool hasDesktopAccent, ColorScheme scheme) {
   const Colors colors = colorsOf(scheme);
@@ -116,8 +121,9 @@ QColor readable(const QColor& color, const QColor& background, double wantedCont
 
 QColor blend(const QColor& front, const QColor& back, double share) {
   const auto mix = [&](float a, float b) { return static_cast<float>(a * share + b * (1 - share)); };
-  return QColor::fromRgbF(mix(front.redF(), back.redF()), mix(front.greenF(), back.greenF()),
-                          mix(front.blueF(), back.blueF()));
+  const QColor exact = QColor::fromRgbF(mix(front.redF(), back.redF()), mix(front.greenF(), back.greenF()),
+                                        mix(front.blueF(), back.blueF()));
+  return QColor(exact.rgb());  // As it is drawn, so that its contrast is the one on the screen.
 }
 
 }  // namespace tarnix::qt

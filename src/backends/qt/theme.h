@@ -15,6 +15,9 @@ QPalette themePalette(const QPalette& desktop, bool hasDesktopAccent, ColorSchem
 
 ColorScheme schemeOf(const QPalette& desktop);
 
+// What lies below the text of a button that is held down.
+QColor pressedButton(const QPalette& palette);
+
 // The ratio of the luminances of two opaque colours, from 1 to 21.
 double contrast(const QColor& a, const QColor& b);
 // The colour moved towards black or white just far enough to be read on `background`.

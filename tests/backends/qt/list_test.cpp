@@ -219,6 +219,20 @@ TEST(List, looksOnlyAtTheStartOfATitle) {
   EXPECT_EQ(nameOf(stage.list()->child(0)), "first\nsecond third");
 }
 
+TEST(List, saysWhatCannotBeSeen) {
+  ListStage stage(0);
+  EXPECT_EQ(stage.list()->text(QAccessible::Description), "") << "nothing was searched for";
+  stage.search = String("absent");
+  stage.showAgain();
+  EXPECT_EQ(stage.list()->text(QAccessible::Description), "No results");
+  stage.add(" \n\t");
+  stage.add("");
+  stage.showAgain();
+  EXPECT_EQ(stage.list()->text(QAccessible::Description), "");
+  EXPECT_EQ(nameOf(stage.list()->child(0)), "Empty text");
+  EXPECT_EQ(nameOf(stage.list()->child(1)), "Blank text");
+}
+
 TEST(SearchField, writesAndShowsWhatIsSearched) {
   ListStage stage(2);
   auto* const field = qobject_cast<QLineEdit*>(stage.widget(QAccessible::EditableText, "Search"));

@@ -1,7 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QLineEdit>
 #include <QPalette>
+#include <QPushButton>
+#include <QTest>
+#include <algorithm>
+#include <array>
+#include <map>
 
+#include "backends/qt/row_view.h"
+#include "backends/qt/stage.h"
 #include "backends/qt/symbols.h"
 #include "backends/qt/text.h"
 #include "backends/qt/theme.h"
@@ -31,10 +40,100 @@ TEST(Theme, textsCanBeReadInBothSchemesWhateverTheAccent) {
       }
       EXPECT_GE(ratio(QPalette::HighlightedText, QPalette::Highlight), 4.5);
       EXPECT_GE(ratio(QPalette::HighlightedText, QPalette::Highlight, QPalette::Inactive), 4.5);
-      EXPECT_GE(ratio(QPalette::BrightText, QPalette::Button), 4.5);
+      EXPECT_GE(ratio(QPalette::ButtonText, QPalette::Button, QPalette::Disabled), 4.5);
+      EXPECT_GE(contrast(palette.color(QPalette::BrightText), pressedButton(palette)), 4.5);
     }
   }
 }
+
+// Of what is drawn in a part of a widget: the pixel that stands out most against the commonest.
+double drawnContrast(QWidget& widget, const QRect& part) {
+  const QImage drawn = widget.grab(part).toImage();
+  std::map<QRgb, int> counts;
+  for (int i = 0; i < drawn.width() * drawn.height(); ++i) {
+    ++counts[drawn.pixel(i % drawn.width(), i / drawn.width())];
+  }
+  const auto byCount = [](const auto& a, const auto& b) { return a.second < b.second; };
+  const QColor ground(std::ranges::max_element(counts, byCount)->first);
+  double most = 1;
+  for (const auto& [color, count] : counts) most = std::max(most, contrast(QColor(color), ground));
+  return most;
+}
+
+class DrawnLook : public testing::TestWithParam<std::tuple<ColorScheme, const char*>> {
+ protected:
+  DrawnLook() : former_(QApplication::palette()) {
+    const auto [scheme, accent] = GetParam();
+    QApplication::setPalette(themePalette(desktopWithAccent(QColor(accent)), true, scheme));
+    stage_.show(NavigationView(
+        VStack(
+            {List(bindingTo(selection_), {Section("Tarnix", {.count = 2, .row = row, .positionOfTag = {}})})
+                 .searchable(bindingTo(search_), modifiers::SearchFieldPlacement::sidebar),
+             Toggle("", bindingTo(isOn_))
+                 .toggleStyle(modifiers::ToggleStyle::switchControl)
+                 .accessibilityLabel("Switch")}),
+        VStack({Button([] {}, Text("MMM"))})));
+  }
+  ~DrawnLook() override { QApplication::setPalette(former_); }
+
+  static View row(std::size_t position) { return NavigationLink({Text("")}).badge(44).tag(tags()[position]); }
+  static const std::array<UUID, 2>& tags() {
+    static const std::array<UUID, 2> tags{UUID::random(), UUID::random()};
+    return tags;
+  }
+
+  QPalette former_;
+  Stage stage_;
+  std::optional<UUID> selection_ = tags()[0];
+  String search_;
+  bool isOn_ = false;
+};
+
+TEST_P(DrawnLook, textsStandOut) {
+  auto& rows = *stage_.window().findChild<RowView*>();
+  rows.selectionModel()->select(rows.model()->index(0, 0), QItemSelectionModel::ClearAndSelect);
+  for (const int row : {0, 1}) {
+    const QRect rect = rows.visualRect(rows.model()->index(row, 0));
+    const QRect pill(rect.right() - 38, rect.top() + 8, 14, 13);
+    EXPECT_GE(drawnContrast(*rows.viewport(), pill), 4.5) << "number of row " << row;
+    EXPECT_GE(drawnContrast(*rows.viewport(), rect.adjusted(35, 4, -60, -4)), 4.5) << "empty row " << row;
+  }
+  auto& field = *stage_.window().findChild<QLineEdit*>();
+  EXPECT_GE(drawnContrast(field, field.rect().adjusted(30, 4, -30, -4)), 4.5);
+  auto& button = *stage_.window().findChild<QPushButton*>();
+  button.setEnabled(false);
+  EXPECT_GE(drawnContrast(button, button.rect().adjusted(8, 4, -8, -4)), 4.5);
+}
+
+TEST_P(DrawnLook, theSwitchStandsOutFromTheSidebarAndItsKnobFromIt) {
+  auto& button = *stage_.widget(QAccessible::CheckBox, "Switch");
+  const QColor sidebar = QApplication::palette().color(QPalette::AlternateBase);
+  for (const bool isOn : {false, true}) {
+    isOn_ = isOn;
+    static_cast<QAbstractButton&>(button).setChecked(isOn);
+    QTest::qWait(200);  // The knob glides.
+    const QImage drawn = button.grab().toImage();
+    const QColor track = drawn.pixelColor(drawn.width() / 2, drawn.height() / 2 - 9);
+    EXPECT_GE(contrast(track, sidebar), 3) << isOn;
+    EXPECT_GE(contrast(track, Qt::white), 3) << isOn;
+  }
+}
+
+TEST_P(DrawnLook, theFocusShowsInEveryControl) {
+  const QColor ring = QApplication::palette().color(QPalette::Link);
+  for (QWidget* const widget : stage_.window().findChildren<QWidget*>()) {
+    if (!(widget->focusPolicy() & Qt::TabFocus) || !widget->isVisible()) continue;
+    const QImage before = widget->grab().toImage();
+    widget->setFocus(Qt::TabFocusReason);
+    stage_.window().setAttribute(Qt::WA_KeyboardFocusChange);
+    EXPECT_NE(widget->grab().toImage(), before) << widget->metaObject()->className();
+  }
+  EXPECT_GE(contrast(ring, QApplication::palette().color(QPalette::AlternateBase)), 3);
+}
+
+INSTANTIATE_TEST_SUITE_P(Schemes, DrawnLook,
+                         testing::Combine(testing::Values(ColorScheme::light, ColorScheme::dark),
+                                          testing::Values("#2f6fed", "#000040", "#ffee00")));
 
 TEST(Theme, takesTheAccentOfTheDesktopWhereItIsOne) {
   const auto hue = [](const char* accent, bool isDesktops) {
