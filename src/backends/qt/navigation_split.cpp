@@ -171,6 +171,7 @@ QWidget* NavigationSplit::makeDetailColumn() {
   QFont font = fontFor(&kTitleFont);
   font.setWeight(QFont::DemiBold);
   title_->setFont(font);
+  alignTitle();
   auto* const layout = new QVBoxLayout(column);
   layout->setContentsMargins({});
   layout->setSpacing(0);
@@ -199,6 +200,17 @@ void NavigationSplit::walkFromSidebarToHandle() {
 
 void NavigationSplit::setDetail(QWidget* content) {
   replaceContents(*detail_, content == nullptr ? std::vector<QWidget*>() : std::vector{content}, 1);
+}
+
+// Beside the leading items, whichever way the words of the title are read.
+void NavigationSplit::alignTitle() {
+  const auto side = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+  title_->setAlignment(side | Qt::AlignAbsolute | Qt::AlignVCenter);
+}
+
+void NavigationSplit::changeEvent(QEvent* event) {
+  QSplitter::changeEvent(event);
+  if (event->type() == QEvent::LayoutDirectionChange) alignTitle();
 }
 
 void NavigationSplit::setTitle(const QString& title) {

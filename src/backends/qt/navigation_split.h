@@ -29,10 +29,12 @@ class NavigationSplit : public QSplitter {
 
  protected:
   QSplitterHandle* createHandle() override;
+  void changeEvent(QEvent* event) override;
 
  private:
   QWidget* makeDetailColumn();
   void walkFromSidebarToHandle();
+  void alignTitle();
 
   QWidget* sidebar_;
   QBoxLayout* detail_ = nullptr;

@@ -222,6 +222,7 @@ QStyleOptionViewItem RowView::optionFor(const QRect& rect) const {
 void RowView::paintEvent(QPaintEvent* event) {
   isRevealing_ = false;
   QPainter painter(viewport());
+  painter.setLayoutDirection(layoutDirection());
   for (const Placed& placed : placedLines()) {
     if (!placed.rect.intersects(event->rect())) continue;
     const ListModel::Line line = model_.lineAt(placed.line);

@@ -55,12 +55,14 @@ SearchField::SearchField(QWidget* parent) : QLineEdit(parent), clear_(new Symbol
   });
 }
 
-// The margins of a line edit stay on their sides when the desktop reads from the right.
+// The margins of a line edit stay on their sides when the desktop reads from the right, and what it shows
+// goes by the direction of the keyboard.
 void SearchField::placeText() {
   constexpr int kLeading = kInset + kSymbolSide + 4;
   constexpr int kTrailing = kHeight - 2;
   const bool isMirrored = isRightToLeft();
   setTextMargins(isMirrored ? kTrailing : kLeading, 0, isMirrored ? kLeading : kTrailing, 0);
+  setAlignment(isMirrored ? Qt::AlignRight | Qt::AlignAbsolute : Qt::AlignLeading);
 }
 
 void SearchField::changeEvent(QEvent* event) {

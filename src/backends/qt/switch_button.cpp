@@ -59,6 +59,7 @@ QRectF SwitchButton::track() const {
 
 void SwitchButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
+  painter.setLayoutDirection(layoutDirection());
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(palette().color(QPalette::WindowText));
   painter.drawText(rect().adjusted(kRingRoom, 0, -kRingRoom, 0), Qt::AlignVCenter | Qt::AlignLeading, text());

@@ -50,16 +50,26 @@ QSize SymbolButton::sizeHint() const {
 
 void SymbolButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
+  painter.setLayoutDirection(layoutDirection());
   painter.setRenderHint(QPainter::Antialiasing);
   paintGround(painter);
   const QColor color = palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole());
   const QRect content = rect().adjusted(kPadding + kRingRoom, 0, -kPadding - kRingRoom, 0);
   const int left = isRightToLeft() ? content.right() + 1 - side_ : content.left();
   const QRect symbol(left, (height() - side_) / 2, side_, side_);
-  paintSymbol(painter, symbol, symbol_, monochrome(color));
+  paintDirected(painter, symbol, monochrome(color));
   if (!isTitleShown_) return;
   painter.setPen(color);
   painter.drawText(content, Qt::AlignVCenter | Qt::AlignTrailing, text());
+}
+
+// What shows a side of the window shows the other one where that is mirrored.
+void SymbolButton::paintDirected(QPainter& painter, const QRect& place, const SymbolTint& tint) const {
+  const bool isMirrored = isRightToLeft() && symbol_.endsWith(QStringLiteral(".leading"));
+  painter.save();
+  if (isMirrored) painter.setTransform(QTransform(-1, 0, 0, 1, 2 * place.left() + place.width(), 0), true);
+  paintSymbol(painter, place, symbol_, tint);
+  painter.restore();
 }
 
 void SymbolButton::paintGround(QPainter& painter) const {

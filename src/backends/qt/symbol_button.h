@@ -4,6 +4,8 @@
 
 namespace tarnix::qt {
 
+struct SymbolTint;
+
 // A button without a border: a symbol, a title, or both. It shows a quiet ground only under the pointer,
 // while pressed, and around it a ring while it has the keyboard's focus.
 class SymbolButton : public QAbstractButton {
@@ -25,6 +27,7 @@ class SymbolButton : public QAbstractButton {
  private:
   int titleWidth() const;
   void paintGround(QPainter& painter) const;
+  void paintDirected(QPainter& painter, const QRect& place, const SymbolTint& tint) const;
 
   QString symbol_;
   int side_ = 0;

@@ -60,6 +60,27 @@ double drawnContrast(QWidget& widget, const QRect& part) {
   return most;
 }
 
+TEST(Mirrored, whatLeadsStandsOnTheRight) {
+  Stage stage;
+  stage.window().setLayoutDirection(Qt::RightToLeft);
+  std::optional<UUID> selection;
+  String search;
+  bool isOn = true;
+  stage.show(NavigationView(
+      VStack({List(bindingTo(selection), {Section("Tarnix", {})})
+                  .searchable(bindingTo(search), modifiers::SearchFieldPlacement::sidebar),
+              Toggle("Active", bindingTo(isOn)).toggleStyle(modifiers::ToggleStyle::switchControl)}),
+      Text("detail").navigationTitle("Title")));
+  const auto inkAt = [](QWidget& widget, int fromRight, int width) {
+    return drawnContrast(widget, QRect(widget.width() - fromRight - width, 5, width, widget.height() - 10));
+  };
+  QWidget& title = *stage.widget(QAccessible::StaticText, "Title");
+  EXPECT_GT(inkAt(title, 0, 30), 4.5);
+  EXPECT_EQ(inkAt(title, 100, 30), 1);
+  EXPECT_GT(inkAt(*stage.window().findChild<QLineEdit*>(), 28, 40), 4.5) << "beside the magnifier";
+  EXPECT_GT(inkAt(*stage.widget(QAccessible::CheckBox, "Active"), 3, 30), 4.5);
+}
+
 class DrawnLook : public testing::TestWithParam<std::tuple<ColorScheme, const char*>> {
  protected:
   DrawnLook() : former_(QApplication::palette()) {
