@@ -31,8 +31,8 @@ QString localized(const char* key) { return QCoreApplication::translate("tarnix"
 }  // namespace
 
 SearchField::SearchField(QWidget* parent) : QLineEdit(parent), clear_(new SymbolButton(this)) {
-  // The hair space keeps the caret off the first letter.
-  setPlaceholderText(QChar(0x200A) + localized("Search"));
+  // The thin space keeps the caret off the first letter.
+  setPlaceholderText(QChar(0x2009) + localized("Search"));
   setAccessibleName(localized("Search"));
   setMinimumHeight(kHeight);
   placeText();

@@ -121,6 +121,18 @@ TEST_P(DrawnLook, textsStandOut) {
   }
   auto& field = *stage_.window().findChild<QLineEdit*>();
   EXPECT_GE(drawnContrast(field, field.rect().adjusted(30, 4, -30, -4)), 4.5);
+  field.setFocus();
+  const QImage focused = field.grab().toImage();
+  const auto inkIn = [&](int x) {
+    int count = 0;
+    for (int y = 6; y < focused.height() - 6; ++y)
+      count += focused.pixel(x, y) != focused.pixel(x, 4) ? 1 : 0;
+    return count;
+  };
+  int caret = 26;  // Behind the magnifier.
+  while (caret < 40 && inkIn(caret) == 0) ++caret;
+  EXPECT_GE(inkIn(caret), 12) << "the caret is drawn";
+  EXPECT_EQ(inkIn(caret + 1), 0) << "and keeps off the placeholder";
   auto& button = *stage_.window().findChild<QPushButton*>();
   button.setEnabled(false);
   EXPECT_GE(drawnContrast(button, button.rect().adjusted(8, 4, -8, -4)), 4.5);
