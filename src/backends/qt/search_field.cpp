@@ -31,8 +31,6 @@ QString localized(const char* key) { return QCoreApplication::translate("tarnix"
 }  // namespace
 
 SearchField::SearchField(QWidget* parent) : QLineEdit(parent), clear_(new SymbolButton(this)) {
-  // The thin space keeps the caret off the first letter.
-  setPlaceholderText(QChar(0x2009) + localized("Search"));
   setAccessibleName(localized("Search"));
   setMinimumHeight(kHeight);
   placeText();
@@ -62,6 +60,10 @@ void SearchField::placeText() {
   constexpr int kTrailing = kHeight - 2;
   const bool isMirrored = isRightToLeft();
   setTextMargins(isMirrored ? kTrailing : kLeading, 0, isMirrored ? kLeading : kTrailing, 0);
+  // The thin space keeps the caret off the placeholder; the mark says on which side, whatever
+  // the language of the word.
+  const QString space = QString::fromUtf16(isMirrored ? u"\u200F\u2009" : u"\u2009");
+  setPlaceholderText(space + localized("Search"));
   setAlignment(isMirrored ? Qt::AlignRight | Qt::AlignAbsolute : Qt::AlignLeading);
 }
 
