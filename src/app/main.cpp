@@ -58,10 +58,7 @@ int run(int argc, char** argv) {
   // meanwhile.
   auto session = x11::Session::open("", *loop);
   if (!session) {
-    const char* const display = std::getenv("DISPLAY");
-    const bool isNamed = display != nullptr && *display != '\0';
-    say("Tarnix needs an X11 session, but " + (isNamed ? session.error().detail : "DISPLAY is not set") +
-        ".");
+    say(session.error().detail + ". Tarnix needs an X11 session; is DISPLAY set?");
     return EXIT_FAILURE;
   }
   const PlatformScope platform(sessionPlatform(**session, loop));
@@ -76,16 +73,9 @@ int run(int argc, char** argv) {
 }  // namespace tarnix
 
 int main(int argc, char** argv) {
-  using Wish = tarnix::CommandLine::Wish;
-  constexpr int kUsageError = 2;
-  const tarnix::CommandLine commandLine = tarnix::readCommandLine(argc, argv);
-  if (commandLine.wish == Wish::answer) {
-    std::cout << commandLine.text;
+  if (const auto answer = tarnix::answerCommandLine(argc, argv)) {
+    std::cout << *answer;
     return EXIT_SUCCESS;
-  }
-  if (commandLine.wish == Wish::refusal) {
-    std::cerr << commandLine.text;
-    return kUsageError;
   }
   tarnix::forbidCoreDumps();
   tarnix::MemoryReturn::configureAllocator();

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 #include "history/substring_search.h"
-#include "platform/foundation/string_normalization.h"
 
 namespace tarnix {
 ClipHistory seedHistory(const Pasteboard& pasteboard) {
@@ -29,13 +27,11 @@ const ClipboardItem* clipWithId(const ClipHistory& history, const std::optional<
 
 FilteredClips::FilteredClips(const ClipHistory& history, const String& searchText) : total_(history.size()) {
   if (searchText.empty()) return;
-  const std::vector<String> spellings = canonicalSpellings(searchText);
-  const std::vector<SubstringSearch> searches(spellings.begin(), spellings.end());
+  const SubstringSearch search(searchText);
   auto matches = std::make_shared<std::vector<std::uint32_t>>();
   // Forwards, as memory is read fastest, and turned round at the end.
   for (std::size_t i = 0; i < history.size(); ++i) {
-    const auto isInTitle = [&](const SubstringSearch& search) { return search.isIn(history[i].title); };
-    if (std::ranges::any_of(searches, isInTitle)) matches->push_back(static_cast<std::uint32_t>(i));
+    if (search.isIn(history[i].title)) matches->push_back(static_cast<std::uint32_t>(i));
   }
   std::reverse(matches->begin(), matches->end());
   matches_ = std::move(matches);

@@ -54,27 +54,6 @@ TEST_F(ContentViewTest, whatLayThereBeforeTheStartIsTheSeedHoweverLateItCanBeRea
   EXPECT_FALSE(clips().front().date || clips().front().sourceAppId);
 }
 
-TEST_F(ContentViewTest, theSearchFindsEquivalentSpellings) {
-  const std::pair<const char*, const char*> spellings[] = {
-      {"caf\u00E9", "cafe\u0301"},
-      {"\uD55C\uAE00", "\u1112\u1161\u11AB\u1100\u1173\u11AF"},
-      {"\u1EC7", "e\u0323\u0302"},
-      {"\u00C5", "A\u030A"}};
-  start();
-  for (const auto& [composed, decomposed] : spellings) {
-    for (const auto& [title, sought] :
-         {std::pair{composed, decomposed}, {decomposed, composed}, {composed, composed}}) {
-      copy(std::string("a ") + title);
-      window().search(sought);
-      desktop.advance(0ms);
-      EXPECT_THAT(window().titles(), testing::Contains(std::string("a ") + title)) << sought;
-    }
-  }
-  window().search("caf\u00E8");
-  desktop.advance(0ms);
-  EXPECT_THAT(window().titles(), IsEmpty());
-}
-
 TEST_F(ContentViewTest, aCopyIsTheTopRowSelectedAndShown) {
   desktop.app("editor").opensWindow();
   start();

@@ -28,7 +28,7 @@ class Room(NamedTuple):
     """A folder of src/: the folders it includes beside itself, and the libraries beside the standard one."""
 
     includes: frozenset
-    libraries: str = "none"  # "none", "helpers" (JSON and ICU, in source files), or "system" less what `excluded` matches.
+    libraries: str = "none"  # "none", "json" (in a source file), or "system" less what `excluded` matches.
     excluded: tuple = ()
     is_pure: bool = True  # No threads, clocks, environment, files or printing.
 
@@ -42,7 +42,7 @@ def backend(*excluded):
 
 
 ROOMS = {
-    "platform": Room(frozenset(), "helpers"),
+    "platform": Room(frozenset(), "json"),
     "capture": logic("platform"),
     "settings": logic("platform"),
     "shortcuts": logic("platform"),
@@ -91,8 +91,8 @@ def room_of(path):
 
 
 def may_use_library(room, header, path):
-    if room.libraries == "helpers":
-        return path.endswith(".cpp") and (header == "nlohmann/json.hpp" or header.startswith("unicode/"))
+    if room.libraries == "json":
+        return header == "nlohmann/json.hpp" and path.endswith(".cpp")
     return room.libraries == "system" and not any(pattern.fullmatch(header) for pattern in room.excluded)
 
 

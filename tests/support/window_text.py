@@ -28,10 +28,6 @@ def application_named(name):
     return None
 
 
-# They only hold others together, which then stand in their place.
-UNNAMED_GROUPS = {"filler", "panel", "grouping", "unknown", "layered pane", "scroll pane", "viewport"}
-
-
 def text_of(accessible):
     if "Text" not in accessible.get_interfaces():
         return ""
@@ -58,16 +54,14 @@ def lines_of(accessible, depth=0):
     try:
         if not accessible.get_state_set().contains(Atspi.StateType.VISIBLE) and depth > 0:
             return []
-        line = line_for(accessible)
-        is_unnamed_group = line in UNNAMED_GROUPS
-        lines = [] if is_unnamed_group else ["  " * depth + line]
+        lines = ["  " * depth + line_for(accessible)]
         count = min(accessible.get_child_count(), MOST_CHILDREN)
         children = [accessible.get_child_at_index(position) for position in range(count)]
     except GLib.Error:
         return []
     for child in children:
         if child is not None:
-            lines += lines_of(child, depth if is_unnamed_group else depth + 1)
+            lines += lines_of(child, depth + 1)
     return lines
 
 

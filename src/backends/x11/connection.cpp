@@ -26,7 +26,7 @@ Error connectError(int code, const std::string& display) {
   const std::string name = display.empty() ? "the display of this session" : "display " + display;
   if (code == XCB_CONN_CLOSED_INVALID_SCREEN) return {Error::Kind::unavailable, name + " has no such screen"};
   if (code == XCB_CONN_CLOSED_PARSE_ERR) return {Error::Kind::unavailable, name + " is no display name"};
-  return {Error::Kind::unavailable, name + " can't be reached"};
+  return {Error::Kind::unavailable, "can't connect to " + name};
 }
 
 const xcb_screen_t* screenNumbered(xcb_connection_t* connection, int number) {
