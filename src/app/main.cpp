@@ -32,6 +32,12 @@ void forbidCoreDumps() {
 
 void say(const std::string& text) { std::cerr << "tarnix: " << text << std::endl; }
 
+void sayWithoutDisplay(const std::string& reason) {
+  const char* const display = std::getenv("DISPLAY");
+  const bool isNamed = display != nullptr && *display != '\0';
+  say(isNamed ? reason : "there is no X11 session to run in, since DISPLAY is not set");
+}
+
 // Shows the window until the user quits or the session ends.
 int runWindow(qt::Application& application, x11::Session& session, RunLoop& loop) {
   session.pasteboard()->awaitFirstSnapshot(kFirstSnapshotLimit);
@@ -58,7 +64,7 @@ int run(int argc, char** argv) {
   // meanwhile.
   auto session = x11::Session::open("", *loop);
   if (!session) {
-    say(session.error().detail + ". Tarnix needs an X11 session; is DISPLAY set?");
+    sayWithoutDisplay(session.error().detail);
     return EXIT_FAILURE;
   }
   const PlatformScope platform(sessionPlatform(**session, loop));
@@ -74,8 +80,8 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   if (const auto answer = tarnix::answerCommandLine(argc, argv)) {
-    std::cout << *answer;
-    return EXIT_SUCCESS;
+    (answer->exitCode == EXIT_SUCCESS ? std::cout : std::cerr) << answer->text;
+    return answer->exitCode;
   }
   tarnix::forbidCoreDumps();
   tarnix::MemoryReturn::configureAllocator();

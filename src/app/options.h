@@ -5,8 +5,14 @@
 
 namespace tarnix {
 
-// The text that the program is to print and end with, where the command line asks for one instead of the
-// window. Everything else on it is left to the toolkit.
-std::optional<std::string> answerCommandLine(int argc, const char* const* argv);
+// What the program says and ends with instead of opening its window. A failure belongs on the standard error.
+struct CommandLineAnswer {
+  std::string text;
+  int exitCode = 0;
+};
+
+// Absent when the window is to be opened. The options that the toolkit documents for all its programs are let
+// through to it; any other argument is an error, with exit code 2 as is the custom.
+std::optional<CommandLineAnswer> answerCommandLine(int argc, const char* const* argv);
 
 }  // namespace tarnix

@@ -13,6 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
 
 constexpr int kFailure = 1;
 
@@ -23,8 +24,28 @@ TEST_F(SessionEndTest, withoutADisplayThereIsAMessage) {
     auto surroundings = environment();
     surroundings["DISPLAY"] = display;
     Process process({"/bin/sh", "-c", "exec " + programUnderTest() + " 2>&1"}, {.environment = surroundings});
-    EXPECT_THAT(process.readAll(10s), HasSubstr("tarnix: ")) << display;
+    EXPECT_THAT(process.readAll(10s), MatchesRegex("tarnix: [^\n.]+\n")) << display << ": one sentence";
     EXPECT_EQ(process.wait(10s), kFailure) << display;
+  }
+}
+
+TEST_F(SessionEndTest, anArgumentThatNobodyKnowsIsRefused) {
+  auto surroundings = environment();
+  surroundings["DISPLAY"] = "";
+  const auto exitCode = [&](const std::string& arguments, const char* streams) {
+    const std::string command = TARNIX_PROGRAM " " + arguments + streams;
+    Process process({"/bin/sh", "-c", command}, {.environment = surroundings});
+    const std::string said = process.readAll(10s);
+    EXPECT_EQ(said.find("Usage: ") != std::string::npos, *streams != '\0') << arguments << ": " << said;
+    return process.wait(10s);
+  };
+  for (const char* arguments :
+       {"--unknown", "clip.txt", "--versions", "-style fusion extra", "-style", "-display :1"}) {
+    EXPECT_EQ(exitCode(arguments, " 2>&1 >/dev/null"), 2) << arguments;
+  }
+  EXPECT_EQ(exitCode("-reverse --help", " 2>/dev/null"), 0);
+  for (const char* arguments : {"-reverse --style fusion", "-style=fusion -platform xcb:opt"}) {
+    EXPECT_EQ(exitCode(arguments, ""), kFailure) << arguments << " gets as far as the display";
   }
 }
 
