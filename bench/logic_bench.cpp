@@ -66,6 +66,7 @@ void filter(benchmark::State& state, const char* searchText) {
 BENCHMARK_CAPTURE(filter, absentWord, "invoice");
 BENCHMARK_CAPTURE(filter, absentTwoLetters, "zq");
 BENCHMARK_CAPTURE(filter, absentCommonLetters, "eta");
+BENCHMARK_CAPTURE(filter, absentAccents, "caf\u00E9");
 BENCHMARK_CAPTURE(filter, inEveryTitle, "harbour");
 
 // A redraw as a capture causes it: one evaluation, with the rows of one screen made anew.
@@ -126,6 +127,7 @@ int main(int argc, char** argv) {
        {"filter, two rare letters, against memchr", "filter/absentTwoLetters", "searchForAbsentByte", 2},
        {"filter, three common letters, against memchr", "filter/absentCommonLetters", "searchForAbsentByte",
         2},
+       {"filter, accented word, against a word in ASCII", "filter/absentAccents", "filter/absentWord", 3},
        {"redraw with 100,000 clips against 100", "redraw/100000", "redraw/100", 1.5},
        {"one tick against a microsecond", "tick", "oneMicrosecond/iterations:1/manual_time", 1},
        {"copying a clip of 100 MB against one of 1 KB", "copyOfLargeClip", "copyOfSmallClip", 1.5}});

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "history/substring_search.h"
+#include "history/title_search.h"
 
 namespace tarnix {
 ClipHistory seedHistory(const Pasteboard& pasteboard) {
@@ -27,7 +27,7 @@ const ClipboardItem* clipWithId(const ClipHistory& history, const std::optional<
 
 FilteredClips::FilteredClips(const ClipHistory& history, const String& searchText) : total_(history.size()) {
   if (searchText.empty()) return;
-  const SubstringSearch search(searchText);
+  const TitleSearch search(searchText);
   auto matches = std::make_shared<std::vector<std::uint32_t>>();
   // Forwards, as memory is read fastest, and turned round at the end.
   for (std::size_t i = 0; i < history.size(); ++i) {

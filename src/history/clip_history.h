@@ -25,8 +25,9 @@ void moveToTop(ClipHistory& history, const ClipboardItem& clip);
 // The clip with this identity, looked for from the newest; null when there is none.
 const ClipboardItem* clipWithId(const ClipHistory& history, const std::optional<UUID>& id);
 
-// The clips of a history whose title contains a text, newest first. Keeps positions, not clips: it is valid
-// for the history that it was made from, and gives null for positions that a history no longer has.
+// The clips of a history whose title contains a text, however that is spelled in Unicode, newest first. Keeps
+// positions, not clips: it is valid for the history that it was made from, and gives null for positions that
+// a history no longer has.
 class FilteredClips {
  public:
   // With an empty `searchText` every clip is in, and making this costs nothing.

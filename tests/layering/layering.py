@@ -24,11 +24,18 @@ QT = re.compile(r"Q[A-Z]\w*(/.*)?|qt.*|private/q.*|qpa/.*", re.ASCII)
 XCB = re.compile(r"xcb/.*|X11/.*|xkbcommon/.*", re.ASCII)
 
 
+# What src/platform may include beside the standard library, in source files: the header, and which files (None: any).
+OWN_LIBRARIES = [
+    (re.compile(r"nlohmann/json\.hpp"), None),
+    (re.compile(r"unicode/(bytestream|normalizer2)\.h"), {"src/platform/foundation/canonical_mapping.cpp"}),
+]
+
+
 class Room(NamedTuple):
     """A folder of src/: the folders it includes beside itself, and the libraries beside the standard one."""
 
     includes: frozenset
-    libraries: str = "none"  # "none", "json" (in a source file), or "system" less what `excluded` matches.
+    libraries: str = "none"  # "none", "own" (see OWN_LIBRARIES), or "system" less what `excluded` matches.
     excluded: tuple = ()
     is_pure: bool = True  # No threads, clocks, environment, files or printing.
 
@@ -42,7 +49,7 @@ def backend(*excluded):
 
 
 ROOMS = {
-    "platform": Room(frozenset(), "json"),
+    "platform": Room(frozenset(), "own"),
     "capture": logic("platform"),
     "settings": logic("platform"),
     "shortcuts": logic("platform"),
@@ -91,8 +98,10 @@ def room_of(path):
 
 
 def may_use_library(room, header, path):
-    if room.libraries == "json":
-        return header == "nlohmann/json.hpp" and path.endswith(".cpp")
+    if room.libraries == "own":
+        return path.endswith(".cpp") and any(
+            pattern.fullmatch(header) and (files is None or path in files) for pattern, files in OWN_LIBRARIES
+        )
     return room.libraries == "system" and not any(pattern.fullmatch(header) for pattern in room.excluded)
 
 

@@ -20,6 +20,7 @@ FAULTS = [
     ("logic reads the environment", "src/settings/a.h", "auto h = '\"' + getenv(\"\");\n", "1: src/settings uses getenv"),
     ("logic prints", "src/capture/a.cpp", "#include <iostream>\n", "1: src/capture includes <iostream>"),
     ("an interface sees a library", "src/platform/a.h", "#include <nlohmann/json.hpp>\n", "1: src/platform includes <nlohmann/json.hpp>"),
+    ("a second file sees ICU", "src/platform/a.cpp", "#include <unicode/normalizer2.h>\n", "1: src/platform includes <unicode/normalizer2.h>"),
     ("an interface sees logic", "src/platform/a.h", '#include "capture/b.h"\n', '1: src/platform includes "capture/b.h"'),
     ("a backend sees another", "src/backends/qt/a.h", '#include "backends/x11/b.h"\n', '1: src/backends/qt includes "backends/x11/b.h"'),
     ("X11 sees the toolkit", "src/backends/x11/a.h", "#include <QObject>\n", "1: src/backends/x11 includes <QObject>"),
@@ -31,6 +32,7 @@ FAULTS = [
 GOOD_TREE = {
     "src/platform/a.h": "#include <vector>\n",
     "src/platform/json.cpp": "#include <nlohmann/json.hpp>\n",
+    "src/platform/foundation/canonical_mapping.cpp": "#include <unicode/normalizer2.h>\n",
     "src/capture/a.cpp": '#include "capture/a.h"\n#include "platform/a.h"\n#include <chrono>\n// getenv\nauto s = "cout";\n',
     "src/capture/dynamic_type.cpp": "#include <iostream>\nvoid f() { std::cout << 1; }\n",
     "src/history/a.cpp": '#include "capture/a.h"\n#include "detail/a.h"\n#include "settings/a.h"\n',

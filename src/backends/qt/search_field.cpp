@@ -32,6 +32,7 @@ QString localized(const char* key) { return QCoreApplication::translate("tarnix"
 
 SearchField::SearchField(QWidget* parent) : QLineEdit(parent), clear_(new SymbolButton(this)) {
   setAccessibleName(localized("Search"));
+  setAccessibleDescription(localized("Filters the list of clips"));
   setMinimumHeight(kHeight);
   placeText();
   clear_->setSymbol(QStringLiteral("xmark.circle"), kClearSide);
