@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 """Prints what the windows of a program show, read as a screen reader reads them.
 
-One accessible object a line, indented by containment: role, "name", (description), [text], states. Line breaks
-inside texts are written \\n. With --until it waits for texts to be shown first and fails when they are not.
+One accessible object a line, indented by containment: role, "name", (description), [text], states. Groups that say
+nothing of themselves are left out. Line breaks inside texts are written \\n. With --until it waits for texts to be
+shown first and fails when they are not.
 """
 
 import argparse
@@ -17,6 +18,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 SHOWN_STATES = (Atspi.StateType.CHECKED, Atspi.StateType.SELECTED, Atspi.StateType.FOCUSED)
 LONGEST_TEXT = 2000
 MOST_CHILDREN = 200
+GROUPS = (Atspi.Role.FILLER, Atspi.Role.PANEL)
 
 
 def application_named(name):
@@ -54,14 +56,16 @@ def lines_of(accessible, depth=0):
     try:
         if not accessible.get_state_set().contains(Atspi.StateType.VISIBLE) and depth > 0:
             return []
-        lines = ["  " * depth + line_for(accessible)]
+        own = line_for(accessible)
+        is_silent = accessible.get_role() in GROUPS and own == accessible.get_role_name()
+        lines = [] if is_silent else ["  " * depth + own]
         count = min(accessible.get_child_count(), MOST_CHILDREN)
         children = [accessible.get_child_at_index(position) for position in range(count)]
     except GLib.Error:
         return []
     for child in children:
         if child is not None:
-            lines += lines_of(child, depth + 1)
+            lines += lines_of(child, depth if is_silent else depth + 1)
     return lines
 
 
