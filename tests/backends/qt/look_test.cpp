@@ -93,7 +93,7 @@ class DrawnLook : public testing::TestWithParam<std::tuple<ColorScheme, const ch
              Toggle("", bindingTo(isOn_))
                  .toggleStyle(modifiers::ToggleStyle::switchControl)
                  .accessibilityLabel("Switch")}),
-        VStack({Button([] {}, Text("MMM"))})));
+        VStack({Button([] {}, Text("MMM")), TextView("text")})));
   }
   ~DrawnLook() override { QApplication::setPalette(former_); }
 
