@@ -47,7 +47,7 @@ TEST_F(PasteTest, whatTheWindowCopiesIsServedAndItsEndWaitsForNoManager) {
   ASSERT_TRUE(copyWithXclip("some text"));
   ASSERT_TRUE(eventually([&] { return window.detailText() == "some text"; }));
   ASSERT_TRUE(start({"/usr/bin/python3", TARNIX_STOPPED_MANAGER}).waitForLine("owner", 20s));
-  keys({"Tab", "Tab", "Tab", "Tab", "ctrl+a", "ctrl+c"});
+  keys({"Tab", "Tab", "Tab", "Tab", "Tab", "ctrl+a", "ctrl+c"});
   EXPECT_TRUE(eventually([&] { return window.rowCount() == 2; })) << "a copy like any other\n"
                                                                   << window.tree();
   EXPECT_EQ(pasteWithXclip(), "some text");

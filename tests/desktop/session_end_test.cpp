@@ -33,7 +33,7 @@ TEST_F(SessionEndTest, anArgumentThatNobodyKnowsIsRefused) {
   auto surroundings = environment();
   surroundings["DISPLAY"] = "";
   const auto exitCode = [&](const std::string& arguments, const char* streams) {
-    const std::string command = TARNIX_PROGRAM " " + arguments + streams;
+    const std::string command = programUnderTest() + " " + arguments + streams;
     Process process({"/bin/sh", "-c", command}, {.environment = surroundings});
     const std::string said = process.readAll(10s);
     EXPECT_EQ(said.find("Usage: ") != std::string::npos, *streams != '\0') << arguments << ": " << said;
