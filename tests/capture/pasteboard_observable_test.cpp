@@ -91,21 +91,6 @@ TEST_F(PasteboardObservable, takesChangesBetweenTwoTicksForOne) {
   EXPECT_EQ(desktop.windowListReads(), 1);
 }
 
-TEST_F(PasteboardObservable, leavesEverythingAsItIsWhileTheCountStands) {
-  startsWatching();
-  desktop.app("editor").copies("one");
-  desktop.advance(300ms);
-  const auto info = observable->info();
-  ASSERT_TRUE(info);
-  for (int i = 0; i < 5; ++i) {
-    desktop.runLoop().noteChange();
-    desktop.advance(300ms);
-  }
-  EXPECT_EQ(observable->info(), info);
-  EXPECT_EQ(announcements, 1);
-  EXPECT_EQ(desktop.runLoop().nextDue(), std::nullopt);
-}
-
 TEST_F(PasteboardObservable, believesTheMarkerAndLooksNoFurther) {
   desktop.app("editor").opensWindow();
   startsWatching();

@@ -26,24 +26,6 @@ Names filtered(const Names& types) {
   return names;
 }
 
-TEST(Pasteboard, readsItsItemsAfreshAndInOrder) {
-  SimulatedDesktop desktop;
-  const Pasteboard general = Pasteboard::general;
-  EXPECT_THAT(general.items(), IsEmpty());
-
-  desktop.app("files").copies({{{"public.file-url", "/a"}}, {{"public.file-url", "/b"}}});
-  const auto first = general.items();
-  ASSERT_EQ(first.size(), 2U);
-  EXPECT_EQ(first[1].rawValue->stringForType({"public.file-url"}), "/b");
-  EXPECT_EQ(first, general.items());
-
-  desktop.app("files").copies({{{"public.file-url", "/a"}}, {{"public.file-url", "/b"}}});
-  EXPECT_NE(first, general.items());
-
-  desktop.pasteboard().setUnreadable(true);
-  EXPECT_THAT(general.items(), IsEmpty());
-}
-
 TEST(PasteboardItem, hidesTypesThatOnlyRepeatOthers) {
   const struct {
     Names types;

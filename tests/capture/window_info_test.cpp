@@ -75,27 +75,6 @@ TEST(WindowInfo, isListedWhenItMayBelongToTheUsersWork) {
   for (const auto& each : passedOver) EXPECT_FALSE(isListed(each)) << "passed over " << &each - passedOver;
 }
 
-TEST(WindowInfo, isSkippedWhenTheServerBreaksItsWord) {
-  const std::function<void(CGWindowDictionary&)> breaks[] = {
-      [](auto& window) { window.number.reset(); },
-      [](auto& window) { window.number = whole(-1); },
-      [](auto& window) { window.number = whole(std::int64_t{1} << 32); },
-      [](auto& window) { window.ownerPID = 1000.0; },
-      [](auto& window) { window.ownerPID = whole(std::int64_t{1} << 31); },
-      [](auto& window) { window.bounds.reset(); },
-      [](auto& window) { window.layer = 0.0; },
-      [](auto& window) { window.alpha.reset(); },
-      [](auto& window) { window.sharingState.reset(); },
-  };
-  for (const auto& breakIt : breaks) {
-    SimulatedDesktop desktop;
-    desktop.app("behind").opensWindow();
-    breakIt(desktop.app("broken").opensWindow());
-    EXPECT_EQ(WindowInfo::list(17).size(), 1U);
-    EXPECT_EQ(frontIdentifier(), "org.example.behind");
-  }
-}
-
 TEST(WindowInfo, readsNumbersByTheirKindAndNamesItsOwnerAsWellAsItCan) {
   SimulatedDesktop desktop;
   auto window = desktop.app("editor").opensWindow();

@@ -84,28 +84,6 @@ TEST_P(UserDefaultsContract, changesAreToldOnTheThreadThatMakesThemInTheirOrder)
   }
 }
 
-// The old value of each change is the new value of another one, whoever writes.
-TEST_P(UserDefaultsContract, theValuesToldOfOneKeyFormAChain) {
-  const auto shared = observer("shared", "no");
-  onThreads([&](int thread) {
-    for (int i = 0; i < kRounds; ++i) defaults->setObject(number(1 + thread * kRounds + i), "shared");
-  });
-  std::vector<int> timesNew(kThreads * kRounds + 1), timesOld(kThreads * kRounds + 1);
-  const auto indexOf = [](const std::optional<NSKeyValueChangeDictionary::Value>& value) {
-    const auto* const list = std::get_if<PropertyList>(&*value);
-    return static_cast<std::size_t>(list == nullptr ? 0 : *list->as<std::int64_t>());
-  };
-  for (const auto& note : shared->take()) {
-    ++timesNew[indexOf(note.change.newValue)];
-    ++timesOld[indexOf(note.change.oldValue)];
-  }
-  const auto last = defaults->objectForKey("shared");
-  ++timesNew[0];
-  ++timesOld[static_cast<std::size_t>(*last->as<std::int64_t>())];
-  EXPECT_THAT(timesNew, Each(1));
-  EXPECT_THAT(timesOld, Each(1));
-}
-
 TEST_P(UserDefaultsContract, observersMayComeAndGoWhileOthersWrite) {
   onThreads([&](int thread) {
     for (int i = 0; i < kRounds; ++i) {

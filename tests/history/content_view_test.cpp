@@ -124,28 +124,6 @@ TEST_F(ContentViewTest, theSwitchSurvivesARestartAndTheListDoesNot) {
   EXPECT_TRUE(window().isOn("Active")) << "a change from elsewhere shows";
 }
 
-TEST_F(ContentViewTest, severalFilesAreOneClipAndAnEmptiedPasteboardIsNone) {
-  start();
-  using simulated::ItemContent;
-  desktop.app("files").copies(
-      std::vector<ItemContent>{{{"public.file-url", "/home/a.txt"}, {"public.png", std::nullopt}},
-                               {{"public.file-url", "/home/b.txt"}},
-                               {{"public.file-url", "/home/c.txt"}}});
-  desktop.advance(300ms);
-  ASSERT_EQ(clips().size(), 1u);
-  EXPECT_EQ(newest().possibleFileUrl->path(), "/home/a.txt");
-  EXPECT_EQ(window().rows()[0].symbol, "doc");
-  const auto selected = *view->selectedItemId;
-
-  desktop.app("files").emptiesPasteboard();
-  desktop.advance(300ms);
-  EXPECT_EQ(clips().size(), 1u);
-  EXPECT_EQ(*view->selectedItemId, selected);
-  desktop.pasteboard().setUnreadable(true);
-  copy("unreadable");
-  EXPECT_EQ(clips().size(), 1u);
-}
-
 TEST_F(ContentViewTest, moveToTopKeepsTheSelectionAndTheOthersInOrder) {
   start();
   for (const char* text : {"8", "7", "6", "5", "4", "3", "2", "1"}) copy(text);

@@ -24,23 +24,5 @@ TEST(NSApplication, sendsToTheResponderThatWasAddedLast) {
   EXPECT_THAT(log, ElementsAre("second", "first"));
 }
 
-TEST(NSApplication, aResponderMayDropItselfAndOutliveTheApplication) {
-  AnyCancellable self;
-  AnyCancellable survivor;
-  int responses = 0;
-  {
-    NSApplication application;
-    self = application.addResponder("copy:", [&, text = std::string(100, 'x')] {
-      self.cancel();
-      responses += static_cast<int>(text.size());
-    });
-    survivor = application.addResponder("paste:", [] {});
-    EXPECT_TRUE(application.sendAction("copy:"));
-    EXPECT_FALSE(application.sendAction("copy:"));
-  }
-  survivor.cancel();
-  EXPECT_EQ(responses, 100);
-}
-
 }  // namespace
 }  // namespace tarnix

@@ -106,23 +106,6 @@ TEST(Coding, numbersAreReadWhereTheTypeHasThem) {
   EXPECT_EQ(fromJSON<float>("1e39"), std::nullopt);
 }
 
-TEST(Coding, aValueOfAnotherKindIsNotRead) {
-  EXPECT_EQ(fromJSON<bool>("1"), std::nullopt);
-  EXPECT_EQ(fromJSON<bool>("\"true\""), std::nullopt);
-  EXPECT_EQ(fromJSON<int>("true"), std::nullopt);
-  EXPECT_EQ(fromJSON<int>("\"1\""), std::nullopt);
-  EXPECT_EQ(fromJSON<int>("null"), std::nullopt);
-  EXPECT_EQ(fromJSON<String>("1"), std::nullopt);
-  EXPECT_EQ(fromJSON<UUID>("\"1\""), std::nullopt);
-  EXPECT_EQ(fromJSON<URL>("\"a/b\""), std::nullopt);
-  EXPECT_EQ(fromJSON<PropertyList::Data>("\"A\""), std::nullopt);
-  EXPECT_EQ(fromJSON<std::vector<int>>("[1,null]"), std::nullopt);
-  EXPECT_EQ(fromJSON<std::vector<int>>("{}"), std::nullopt);
-  EXPECT_EQ((fromJSON<std::map<String, int>>(R"({"a":"1"})")), std::nullopt);
-  EXPECT_EQ((fromJSON<std::map<String, int>>("[]")), std::nullopt);
-  EXPECT_EQ(fromJSON<Point>("[1,2]"), std::nullopt);
-}
-
 TEST(Coding, aRecordNeedsAllItsKeysButTheOptionalOnes) {
   EXPECT_EQ(jsonOf(Point{1, 2, {}}), R"({"name":null,"x":1,"y":2.0})");
   EXPECT_EQ(fromJSON<Point>(R"({"z":[],"y":2,"x":1})"), (Point{1, 2, {}}));

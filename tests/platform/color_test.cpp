@@ -40,39 +40,6 @@ TEST(CGColor, hasTheComponentsOfItsSpaceAndAnAlpha) {
   for (const char* name : {"", "sRGB", "kCGColorSpaceSRGB "}) EXPECT_FALSE(CGColorSpaceCreateWithName(name));
 }
 
-TEST(NSColor, comesBackFromItsArchive) {
-  const NSColor colors[] = {
-      NSColor::initWithCGColor(colorIn("kCGColorSpaceDisplayP3", {0.1, 0.2, 0.3, 0.4})),
-      NSColor::initWithCGColor(colorIn("kCGColorSpaceGenericGrayGamma2_2", {0.5, 1})),
-      NSColor::initWithCGColor(deviceColor()),
-      NSColor::systemColor("labelColor"),
-  };
-  for (const NSColor& color : colors) {
-    EXPECT_EQ(copied(color), color);
-    EXPECT_NE(color.cgColor().has_value(), color.systemColorName().has_value());
-  }
-  constexpr auto kInfinity = std::numeric_limits<double>::infinity();
-  EXPECT_EQ(copied(NSColor::initWithCGColor(colorIn("kCGColorSpaceExtendedSRGB", {kInfinity, 0, 0, 1}))),
-            std::nullopt);
-}
-
-TEST(NSColor, isNotMadeOfUnfitValues) {
-  const auto decoded = [](const std::optional<String>& space, const std::vector<double>& components) {
-    NSCoder coder;
-    coder.encode("colorSpaceName", space);
-    coder.encode("components", components);
-    return NSColor::initWithCoder(coder);
-  };
-  EXPECT_EQ(decoded({}, {0.25, 0.5, 0.75, 1}), NSColor::initWithCGColor(deviceColor()));
-  EXPECT_EQ(decoded({}, {1, 1}), std::nullopt);
-  EXPECT_EQ(decoded("kCGColorSpaceSRGB", {1, 1}), std::nullopt);
-  EXPECT_EQ(decoded("elsewhere", {1, 1, 1, 1}), std::nullopt);
-  NSCoder coder;
-  EXPECT_EQ(NSColor::initWithCoder(coder), std::nullopt);
-  coder.encode("components", std::vector<double>{0, 0, 0, 1});
-  EXPECT_EQ(NSColor::initWithCoder(coder), std::nullopt);
-}
-
 TEST(Color, ofComponentsHasThemInSRGB) {
   EXPECT_EQ(Color(1, 0.5, 0).cgColor(), colorIn("kCGColorSpaceSRGB", {1, 0.5, 0, 1}));
   EXPECT_EQ(Color(1, 0.5, 0, 0.25).cgColor(), colorIn("kCGColorSpaceSRGB", {1, 0.5, 0, 0.25}));

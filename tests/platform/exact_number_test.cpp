@@ -26,23 +26,6 @@ TEST(ExactNumber, keepsIntegersOfEveryWidthAndSignWithinTheirLimits) {
   EXPECT_EQ(exactly<std::uint64_t>(INT64_MAX), std::uint64_t{INT64_MAX});
 }
 
-TEST(ExactNumber, readsARealAsAnIntegerUpToTheLimitsOfThat) {
-  EXPECT_EQ(exactly<int>(1.0), 1);
-  EXPECT_EQ(exactly<int>(1.5), std::nullopt);
-  EXPECT_EQ(exactly<unsigned>(-0.0), 0U);
-  EXPECT_EQ(exactly<std::uint8_t>(255.0F), 255);
-  EXPECT_EQ(exactly<std::uint8_t>(256.0F), std::nullopt);
-  EXPECT_EQ(exactly<std::uint8_t>(-1.0), std::nullopt);
-  EXPECT_EQ(exactly<std::int64_t>(-kTwoTo63), INT64_MIN);
-  EXPECT_EQ(exactly<std::int64_t>(kTwoTo63), std::nullopt);
-  EXPECT_EQ(exactly<std::uint64_t>(kTwoTo63), std::uint64_t{1} << 63);
-  EXPECT_EQ(exactly<std::uint64_t>(kTwoTo64), std::nullopt);
-  for (const double value : {kInfinity, -kInfinity, std::nan("")}) {
-    EXPECT_EQ(exactly<std::int64_t>(value), std::nullopt) << value;
-    EXPECT_EQ(exactly<std::uint8_t>(value), std::nullopt) << value;
-  }
-}
-
 TEST(ExactNumber, readsAnIntegerAsARealOnlyWithoutRounding) {
   EXPECT_EQ(exactly<float>(1 << 24), 16777216.0F);
   EXPECT_EQ(exactly<float>((1 << 24) + 1), std::nullopt);

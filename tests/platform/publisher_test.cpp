@@ -92,19 +92,6 @@ TEST(AnyCancellable, endsTheFormerSubscriptionOnceAndOnlyAfterTheNewIsInPlace) {
   EXPECT_EQ(replacedBy, 1);
 }
 
-TEST(AnyCancellable, cancelsOnceHoweverItIsMoved) {
-  int cancelled = 0;
-  {
-    AnyCancellable source([&] { ++cancelled; });
-    AnyCancellable target(std::move(source));
-    source.cancel();
-    EXPECT_EQ(cancelled, 0);
-    target.cancel();
-    target.cancel();
-  }
-  EXPECT_EQ(cancelled, 1);
-}
-
 TEST(Publisher, mayBeDestroyedByAValueThatArrivesDuringTheSubscription) {
   Subject<int> subject;
   std::vector<int> received;

@@ -20,19 +20,6 @@ TEST(String, copiesShareTheirBytesAndEqualTextsNeedNot) {
   EXPECT_EQ(std::hash<String>{}(equal), std::hash<String>{}(text));
 }
 
-TEST(String, survivesAssignmentToItselfAndMoves) {
-  String text("text");
-  const String& same = text;
-  text = same;
-  EXPECT_EQ(text, "text");
-  String moved = std::move(text);
-  EXPECT_EQ(moved, "text");
-  text = moved;
-  moved = String();
-  EXPECT_EQ(text, "text");
-  EXPECT_TRUE(moved.empty());
-}
-
 TEST(String, keepsZeroBytesAndOrdersByUnsignedBytes) {
   const String withZero(std::string_view("a\0b", 3));
   EXPECT_EQ(withZero.size(), 3u);

@@ -42,31 +42,6 @@ TEST(UUID, readsNothingElse) {
   }
 }
 
-TEST(URL, takesAPathAsItStandsButForTrailingSlashes) {
-  struct {
-    const char* given;
-    const char* path;
-    bool isDirectory;
-    const char* last;
-  } const cases[] = {
-      {"/a/b", "/a/b", false, "b"},
-      {"/a/b/", "/a/b", true, "b"},
-      {"/a/b//", "/a/b", true, "b"},
-      {"/", "/", true, "/"},
-      {"//", "/", true, "/"},
-      {"", "", false, ""},
-      {"name", "name", false, "name"},
-      {"/50%25 off", "/50%25 off", false, "50%25 off"},
-      {"file:///a/b", "file:///a/b", false, "b"},
-  };
-  for (const auto& [given, path, isDirectory, last] : cases) {
-    const URL url(given);
-    EXPECT_EQ(url.path(), path) << given;
-    EXPECT_EQ(url.hasDirectoryPath(), isDirectory) << given;
-    EXPECT_EQ(url.lastPathComponent(), last) << given;
-  }
-}
-
 TEST(URL, aHintOutweighsTheTrailingSlash) {
   EXPECT_FALSE(URL("/a/", URL::DirectoryHint::notDirectory).hasDirectoryPath());
   EXPECT_TRUE(URL("/a", URL::DirectoryHint::isDirectory).hasDirectoryPath());
@@ -106,26 +81,6 @@ TEST(URL, deletesTheExtensionOfTheLastComponentOnly) {
   };
   for (const auto& [path, without] : cases) EXPECT_EQ(URL(path).deletingPathExtension().path(), without);
   EXPECT_EQ(URL("/Apps/Editor.app/").deletingPathExtension(), URL("/Apps/Editor/"));
-}
-
-TEST(URL, aFileComesBackFromItsAbsoluteText) {
-  const std::pair<URL, const char*> cases[] = {
-      {URL("/a b/"), "file:///a%20b/"},
-      {URL("/a-._~Z9"), "file:///a-._~Z9"},
-      {URL("/50%25?#[;\xC3\xA4\xFF"), "file:///50%2525%3F%23%5B%3B%C3%A4%FF"},
-      {URL("/"), "file:///"},
-      {URL("//host/a"), "file:////host/a"},
-      {URL("name/b/"), "file:name/b/"},
-      {URL("file:///a"), "file:file%3A///a"},
-      {URL(""), "file:"},
-  };
-  for (const auto& [url, text] : cases) {
-    EXPECT_EQ(url.absoluteString(), text);
-    EXPECT_EQ(URL::fromString(text), url) << text;
-  }
-  for (const char* text : {"file:/a%20b/", "FILE://LocalHost/%61%20b/", "file://localhost/a%20b//"}) {
-    EXPECT_EQ(URL::fromString(text), URL("/a b/")) << text;
-  }
 }
 
 TEST(URL, readsNoFileFromElsewhereOrWithHiddenSeparators) {

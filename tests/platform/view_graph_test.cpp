@@ -198,24 +198,5 @@ TEST(ViewGraph, makesRowsOnDemandOnly) {
             "      Text verbatim \"1\"\n");
 }
 
-TEST(ViewGraph, observedObjectsAreMadeOnceAndRedraw) {
-  struct Model : ObservableObject {
-    Published<int> value{this, 0};
-  };
-  struct Watcher {
-    StateObject<Model> model{[] { return std::make_shared<Model>(); }};
-    static auto state() { return std::tuple{&Watcher::model}; }
-    View body() const { return Text(std::to_string(model->value.get())); }
-  };
-  RunLoop loop([] { return RunLoop::Instant{}; });
-  const Watcher watcher;
-  ViewGraph graph(View(watcher), loop);
-  Model* const model = &*watcher.model;
-  model->value.set(5);
-  loop.runDue();
-  EXPECT_EQ(graph.tree()->as<elements::Text>()->text, "5");
-  EXPECT_EQ(&*watcher.model, model);
-}
-
 }  // namespace
 }  // namespace tarnix

@@ -275,23 +275,5 @@ TEST(Bridges, coloursInANamedSpaceAreReadableAndOthersArchived) {
 
 using BridgesInTheStoreTest = SettingsTest;
 
-TEST_F(BridgesInTheStoreTest, richValuesComeBackFromTheSuite) {
-  const Defaults::Key<Theme> theme("theme", Theme::system);
-  const Defaults::Key<std::set<std::int8_t>> small("small", {});
-  EXPECT_EQ(stored("theme"), text("system"));
-  defaults[theme] = Theme::dark;
-  defaults[small] = {std::int8_t{3}};
-  EXPECT_EQ(defaults[theme], Theme::dark);
-  EXPECT_EQ(stored("small"), list({{std::int64_t{3}}}));  // Suites know one width.
-  EXPECT_EQ(defaults[small].get(), (std::set<std::int8_t>{3}));
-  testing::internal::CaptureStdout();
-  const Defaults::Key<Point> nowhere("nowhere", {std::numeric_limits<double>::quiet_NaN(), 0});
-  EXPECT_EQ(stored("nowhere"), std::nullopt);
-  store("nowhere", String("{}"));
-  defaults[nowhere] = Point{0, std::numeric_limits<double>::quiet_NaN()};
-  EXPECT_EQ(stored("nowhere"), std::nullopt);
-  testing::internal::GetCapturedStdout();
-}
-
 }  // namespace
 }  // namespace tarnix

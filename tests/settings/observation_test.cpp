@@ -141,20 +141,6 @@ TEST_F(ObservationTest, stopsForGoodAndAnyNumberOfTimes) {
   EXPECT_THAT(seen, ElementsAre("2>3"));
 }
 
-TEST_F(ObservationTest, outlivesItsSuiteHarmlessly) {
-  auto other = makeSuite();
-  int calls = 0;
-  const auto observation = std::make_shared<Defaults::UserDefaultsKeyObservation>(
-      other, "count", [&](const BaseChange&) { ++calls; });
-  observation->begin(ObservationOption::initial);
-  other.reset();
-  observation->stop();
-  const auto late = std::make_shared<Defaults::UserDefaultsKeyObservation>(
-      std::shared_ptr<NSUserDefaults>(), "count", [&](const BaseChange&) { ++calls; });
-  late->begin(ObservationOption::initial);
-  EXPECT_EQ(calls, 1);
-}
-
 TEST_F(ObservationTest, anOwnerKeepsItRunningUntilTheOwnerEnds) {
   auto owner = std::make_shared<Owner>();
   const std::weak_ptr<DefaultsObservation_> observation = observe()->bindToLifetime(owner);
@@ -207,29 +193,6 @@ TEST_F(ObservationTest, withoutPropagationSilencesThisThreadOnly) {
   EXPECT_THAT(seen, SizeIs(3));
 }
 
-// Of use under the thread sanitizer above all.
-TEST_F(ObservationTest, mayComeAndGoWhileAnotherThreadWrites) {
-  std::atomic<bool> isOver = false;
-  std::thread writer([&] {
-    for (int i = 0; !isOver; ++i) defaults[count] = i;
-  });
-  std::atomic<int> told = 0;
-  for (int i = 0; i < 100; ++i) {
-    auto owner = std::make_shared<Owner>();
-    const Observation single =
-        Defaults::observe(count, ObservationOption::prior, [&](const Defaults::KeyChange<int>&) { ++told; });
-    const Observation several = Defaults::observe({count}, {}, [&] { ++told; })->bindToLifetime(owner);
-    const AnyCancellable sink = Defaults::publisher(count).sink([&](const auto&) { ++told; });
-    single->stop();
-    owner.reset();
-  }
-  isOver = true;
-  writer.join();
-  const int toldByThen = told;
-  defaults[count] = 1;
-  EXPECT_EQ(told, toldByThen);
-}
-
 TEST_F(ObservationTest, publishersObserveForAsLongAsTheyAreSubscribedTo) {
   const auto changes = Defaults::publisher(count, ObservationOption::initial);
   AnyCancellable first = changes.sink(recorder());
@@ -239,23 +202,6 @@ TEST_F(ObservationTest, publishersObserveForAsLongAsTheyAreSubscribedTo) {
   first.cancel();
   defaults[count] = 2;
   EXPECT_THAT(seen, ElementsAre("7>7", "7>1", "7>1", "1>2"));
-}
-
-TEST_F(ObservationTest, aPublisherOfSeveralKeysSendsForEach) {
-  const Defaults::Key<bool> flag("flag", false);
-  int sent = 0, none = 0;
-  AnyCancellable both =
-      Defaults::publisher({count, flag}, ObservationOption::initial).sink([&](const Void&) { ++sent; });
-  const AnyCancellable nothing =
-      Defaults::publisher({}, ObservationOption::initial).sink([&](const Void&) { ++none; });
-  EXPECT_EQ(sent, 2);
-  defaults[flag] = true;
-  defaults[count] = 1;
-  EXPECT_EQ(sent, 4);
-  both.cancel();
-  defaults[flag] = false;
-  EXPECT_EQ(sent, 4);
-  EXPECT_EQ(none, 0);
 }
 
 }  // namespace

@@ -25,21 +25,6 @@ class UpdatesTest : public SettingsTest {
   std::vector<int> values;
 };
 
-TEST_F(UpdatesTest, everyWriteArrivesInOrderHoweverLateItIsTaken) {
-  AsyncStream<int> stream = Defaults::updates(number);
-  for (int i = 0; i < 1000; ++i) defaults[number] = i;
-  const Task task = collect(std::move(stream), &values);
-  EXPECT_THAT(values, IsEmpty());  // A task runs in turns of the loop only.
-  runLoop();
-  ASSERT_EQ(values.size(), 1001U);
-  EXPECT_EQ(values.front(), 7);
-  EXPECT_EQ(values.back(), 999);
-  defaults[number] = 5;
-  Defaults::reset(number);
-  runLoop();
-  EXPECT_EQ((std::vector(values.end() - 2, values.end())), (std::vector{5, 7}));
-}
-
 TEST_F(UpdatesTest, severalKeysHaveOneInitialElement) {
   const Defaults::Key<bool> a("a", false), b("b", false);
   int elements = 0;

@@ -59,23 +59,6 @@ TEST_P(ObservableTest, followsTheKeyThatItIsGiven) {
   EXPECT_EQ(observable->value(), 5);
 }
 
-TEST_P(ObservableTest, mayEndWhileItIsToldOfAChangeAndBeforeItsTurn) {
-  auto observable = observe(count);
-  counting = observable->objectWillChange().sink([&](const Void&) {
-    ++told;
-    observable.reset();
-  });
-  defaults[count] = 1;
-  defaults[count] = 2;
-  runLoop();
-  EXPECT_EQ(told, 1);
-  auto early = observe(count);
-  defaults[count] = 3;
-  early.reset();
-  runLoop();
-  EXPECT_EQ(told, 0);
-}
-
 INSTANTIATE_TEST_SUITE_P(Roads, ObservableTest,
                          testing::Values(ObservationRoad::updates, ObservationRoad::publisher),
                          [](const auto& road) {
@@ -135,22 +118,6 @@ TEST_F(DefaultTest, aWriteFromElsewhereEvaluatesTheViewOnce) {
   defaults[*Counter::second] = 7;
   runLoop();
   EXPECT_EQ(Counter::evaluations, 1);
-}
-
-TEST_F(DefaultTest, aViewThatIsMadeAnewBringsItsKey) {
-  const Screen screen;
-  show(View(screen));
-  Counter::showsFirst = false;
-  screen.trigger.set(1);
-  runLoop();
-  EXPECT_EQ(shown(), "2");
-  defaults[*Counter::second] = 20;
-  runLoop();
-  EXPECT_EQ(shown(), "20");
-  Counter::evaluations = 0;
-  defaults[*Counter::first] = 10;
-  runLoop();
-  EXPECT_EQ(Counter::evaluations, 0);
 }
 
 TEST_F(DefaultTest, readsWritesAndPublishesItsSetting) {

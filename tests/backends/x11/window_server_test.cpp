@@ -162,29 +162,6 @@ TEST(WindowServer, windowsThatVanishAreLeftOutAndTheRestIsTold) {
   EXPECT_THAT(desktop.order({kept, fresh}), ElementsAre(fresh, kept));
 }
 
-TEST(WindowServer, windowsMayComeAndGoWhileTheyAreAskedAbout) {
-  WindowDesktop desktop(Manager::none);
-  auto& client = *desktop.client;
-  const auto kept = client.create({});
-  client.show(kept);
-  for (int round = 0; round < 40; ++round) {
-    std::vector<xcb_window_t> others;
-    for (int i = 0; i < 30; ++i) others.push_back(client.create({}));
-    for (const auto window : others) xcb_map_window(client.xcb(), window);
-    client.settle();
-    bool isDone = false;
-    desktop.windows.refresh([&] { isDone = true; });
-    desktop.connection->process();
-    for (const auto window : others) xcb_destroy_window(client.xcb(), window);
-    xcb_flush(client.xcb());
-    ASSERT_TRUE(desktop.runUntil([&] { return isDone; }));
-    ASSERT_TRUE(desktop.find(kept)) << round;
-  }
-  client.settle();
-  desktop.refresh();
-  EXPECT_EQ(desktop.windows.copyWindowInfo(0, kCGNullWindowID)->size(), 1U);
-}
-
 TEST(WindowServer, withoutAWindowManagerTheWindowsOfTheRootAreTheList) {
   WindowDesktop desktop(Manager::none);
   EXPECT_EQ(desktop.windows.copyWindowInfo(0, kCGNullWindowID), std::nullopt);
