@@ -260,41 +260,40 @@ TEST_F(ViewShapeTest, stateBelowAPlaceStartsAfreshWithItsIdentityAndItsKind) {
   EXPECT_THAT(graph.tree()->children.at(0).identities, ElementsAre(identity));
 }
 
-TEST_F(ViewShapeTest, rowsHoldStateByTheirTagForAsLongAsTheListHasThem) {
-  std::vector<UUID> tags{UUID::random(), UUID::random()};
+TEST_F(ViewShapeTest, rowsHoldStateByTheirPositionForAsLongAsTheListHasSoMany) {
+  std::vector<UUID> identities{UUID::random(), UUID::random()};
   int made = 0;
   shape.make = [&] {
     const auto row = [&](std::size_t position) {
       ++made;
-      return View(Counter{"row", nullptr}).tag(tags.at(position));
-    };
-    const auto positionOf = [&](const UUID& tag) -> std::optional<std::size_t> {
-      const auto found = std::find(tags.begin(), tags.end(), tag);
-      if (found == tags.end()) return std::nullopt;
-      return static_cast<std::size_t>(found - tags.begin());
+      return View(Counter{"row", nullptr}).id(identities.at(position));
     };
     return List({[] { return std::nullopt; }, [](auto) {}},
-                {Section("", {.count = tags.size(), .row = row, .positionOfTag = positionOf})});
+                {Section("", {.count = identities.size(), .row = row, .positionOfTag = {}})});
   };
   ViewGraph graph(View(shape), loop);
   const auto row = [&](std::size_t position) {
     return graph.tree()->children.at(0).as<elements::Section>()->row(position);
   };
+  const UUID second = identities.at(1);
   press(row(1));
-  EXPECT_EQ(label(row(1)), "row 1");
-  const UUID kept = tags.at(1);
-  tags.insert(tags.begin(), UUID::random());
+  press(row(0));
   made = 0;
   redraw();
   redraw();
   EXPECT_EQ(made, 0) << "an evaluation makes no rows";
-  EXPECT_EQ(label(row(2)), "row 1");
-  EXPECT_EQ(label(row(1)), "row 0");
-  tags.pop_back();
+  EXPECT_EQ(label(row(1)), "row 1");
+  identities.at(1) = UUID::random();
+  EXPECT_EQ(label(row(1)), "row 0") << "another thing stands there";
+  identities.at(1) = second;
+  EXPECT_EQ(label(row(1)), "row 0") << "what stood there has gone";
+  EXPECT_EQ(label(row(0)), "row 1");
+  press(row(1));
+  identities.pop_back();
   redraw();
-  tags.push_back(kept);
+  identities.push_back(second);
   redraw();
-  EXPECT_EQ(label(row(2)), "row 0") << "it had gone meanwhile";
+  EXPECT_EQ(label(row(1)), "row 0") << "the list was shorter meanwhile";
 }
 
 TEST_F(ViewShapeTest, oneViewInTwoGraphsUpdatesBoth) {

@@ -66,8 +66,7 @@ inline std::string describe(const List& list) {
   return selection ? "List selection=" + selection->uuidString().str() : "List";
 }
 
-// Rows are made on demand and known by their position; what they hold belongs to their tag, where they have
-// one.
+// Rows are made on demand and known by their position, which what they hold belongs to.
 struct Section {
   String header;
   std::size_t rowCount = 0;

@@ -12,11 +12,6 @@ bool startsWith(const ViewPath& path, const ViewPath& beginning) {
 
 bool isRow(const ViewStep& step) { return step.kind == ViewStep::Kind::row; }
 
-bool hasRow(const View::Rows& rows, const ViewStep& row) {
-  if (!row.identity || !rows.positionOfTag) return row.position < rows.count;
-  return rows.positionOfTag(*row.identity).has_value();
-}
-
 }  // namespace
 
 ViewPlaces::Place& ViewPlaces::placeAt(const ViewPath& path) {
@@ -25,30 +20,38 @@ ViewPlaces::Place& ViewPlaces::placeAt(const ViewPath& path) {
   return place;
 }
 
+bool ViewPlaces::Region::contains(const ViewPath& path) const {
+  if (!startsWith(path, list)) return false;
+  if (!row) return true;
+  return path.size() > list.size() && isRow(path[list.size()]) && path[list.size()].position == *row;
+}
+
 // Paths are in the order of their steps, so that all below a place follow it.
-void ViewPlaces::beginLook(const ViewPath& path) {
-  for (auto each = places_.lower_bound(path); each != places_.end() && startsWith(each->first, path);
-       ++each) {
-    each->second.isInUse = false;
+void ViewPlaces::beginLook(const Region& region) {
+  auto each = places_.lower_bound(region.list);
+  for (; each != places_.end() && startsWith(each->first, region.list); ++each) {
+    if (region.contains(each->first)) each->second.isInUse = false;
   }
 }
 
-void ViewPlaces::endLook(const ViewPath& path) {
-  auto each = places_.lower_bound(path);
-  while (each != places_.end() && startsWith(each->first, path)) {
-    const bool isKept = each->second.isInUse || hasRowsOnTheWay(each->first, path.size());
+void ViewPlaces::endLook(const Region& region) {
+  const std::size_t firstStep = region.list.size() + (region.row ? 1 : 0);
+  auto each = places_.lower_bound(region.list);
+  while (each != places_.end() && startsWith(each->first, region.list)) {
+    const bool isKept =
+        !region.contains(each->first) || each->second.isInUse || isInRows(each->first, firstStep);
     each = isKept ? std::next(each) : places_.erase(each);
   }
 }
 
 // The place of a list comes before those in its rows, so that it has been dropped by now if it is gone.
-bool ViewPlaces::hasRowsOnTheWay(const ViewPath& path, std::size_t firstStep) const {
+bool ViewPlaces::isInRows(const ViewPath& path, std::size_t firstStep) const {
   bool isInRow = false;
   for (std::size_t step = firstStep; step < path.size(); ++step) {
     if (!isRow(path[step])) continue;
     isInRow = true;
     const auto list = places_.find(ViewPath(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(step)));
-    if (list == places_.end() || !list->second.rows || !hasRow(*list->second.rows, path[step])) return false;
+    if (list == places_.end() || path[step].position >= list->second.rowCount) return false;
   }
   return isInRow;
 }
@@ -72,7 +75,7 @@ void ViewPlaces::watch(const ViewPath& path, const std::vector<View::ChangeHook>
   }
 }
 
-void ViewPlaces::noteRows(const ViewPath& path, const View::Rows& rows) { placeAt(path).rows = rows; }
+void ViewPlaces::noteRows(const ViewPath& path, std::size_t count) { placeAt(path).rowCount = count; }
 
 // An action may have rows looked at, and so change what is kept.
 void ViewPlaces::checkWatches() {

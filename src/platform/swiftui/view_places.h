@@ -17,7 +17,7 @@ namespace tarnix {
 struct ViewStep {
   enum class Kind { child, attachment, body, row };
   Kind kind = Kind::child;
-  std::size_t position = 0;  // In the parent; of no meaning for a row with a tag.
+  std::size_t position = 0;  // In the parent.
   std::type_index type;      // The composite view that stands there, else the kind of element.
   std::optional<UUID> identity;
 
@@ -31,16 +31,23 @@ class ViewPlaces {
   explicit ViewPlaces(std::shared_ptr<ViewInvalidation> invalidation)
       : invalidation_(std::move(invalidation)) {}
 
-  // What is not named by one of the four below in between is given up at the end; in a row, what the list
-  // still has a row for is kept. The path is that of the root, or of a row that is looked at by itself.
-  void beginLook(const ViewPath& path);
-  void endLook(const ViewPath& path);
+  // A part of the tree that is looked at as a whole: all of it, or one row of the list at a place.
+  struct Region {
+    ViewPath list;
+    std::optional<std::size_t> row;
+
+    bool contains(const ViewPath& path) const;
+  };
+  // What is in the region and not named by one of the three below in between is given up at the end; what
+  // lies in rows is kept for as long as their list has so many.
+  void beginLook(const Region& region);
+  void endLook(const Region& region);
 
   // Gives the view the state that is kept at its place, and keeps it from now on.
   void keep(const ViewPath& path, const std::shared_ptr<View::Composite>& composite);
   void watch(const ViewPath& path, const std::vector<View::ChangeHook>& hooks);
-  // The rows that lie below this place.
-  void noteRows(const ViewPath& path, const View::Rows& rows);
+  // How many rows lie below this place.
+  void noteRows(const ViewPath& path, std::size_t count);
 
   // Runs the action of each watched value that differs from the last look.
   void checkWatches();
@@ -53,13 +60,13 @@ class ViewPlaces {
   struct Place {
     std::shared_ptr<View::Composite> composite;
     std::vector<Watch> watches;
-    std::optional<View::Rows> rows;
+    std::size_t rowCount = 0;
     bool isInUse = true;
   };
 
   Place& placeAt(const ViewPath& path);
-  // Whether each row on the way, from the given step on, is still there.
-  bool hasRowsOnTheWay(const ViewPath& path, std::size_t firstStep) const;
+  // Whether the way leads through rows, from the given step on, and all of them are still there.
+  bool isInRows(const ViewPath& path, std::size_t firstStep) const;
 
   std::shared_ptr<ViewInvalidation> invalidation_;
   std::map<ViewPath, Place> places_;

@@ -10,19 +10,12 @@ std::type_index typeOf(const ElementContent& content) {
   return std::visit([](const auto& each) { return std::type_index(typeid(each)); }, content);
 }
 
-std::optional<UUID> tagOf(const std::vector<modifiers::Modifier>& modifiers) {
-  for (const auto& each : modifiers) {
-    if (const auto* tag = std::get_if<modifiers::Tag>(&each)) return tag->tag;
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
 Element ViewResolver::resolveRoot(const View& root, const std::shared_ptr<ViewPlaces>& places) {
-  places->beginLook({});
+  places->beginLook({{}, {}});
   Element element = ViewResolver(places, {}, {}).resolve(root, Kind::child, 0);
-  places->endLook({});
+  places->endLook({{}, {}});
   return element;
 }
 
@@ -53,7 +46,7 @@ Element ViewResolver::resolvePrimitive(const View::Node& node) {
   Element element;
   element.content = node.content;
   if (auto* section = std::get_if<elements::Section>(&element.content); section && node.rows) {
-    if (places_) places_->noteRows(path_, *node.rows);
+    if (places_) places_->noteRows(path_, node.rows->count);
     resolveRows(*node.rows, *section);
   }
   resolveAll(node.children, Kind::child, element.children);
@@ -77,16 +70,11 @@ void ViewResolver::resolveRows(const View::Rows& rows, elements::Section& sectio
   };
 }
 
-// A row goes on where its tag goes.
 Element ViewResolver::resolveRow(const View& row, std::size_t position) {
-  const View::Node& node = *row.node_;
-  const auto tag = tagOf(node.modifiers);
-  const auto type = node.composite ? node.composite->type() : typeOf(node.content);
-  path_.push_back({Kind::row, tag ? 0 : position, type, tag ? tag : node.identity});
-  if (places_) places_->beginLook(path_);
-  Element element = resolveContent(node);
-  if (places_) places_->endLook(path_);
-  path_.pop_back();
+  const ViewPlaces::Region region{path_, position};
+  if (places_) places_->beginLook(region);
+  Element element = resolve(row, Kind::row, position);
+  if (places_) places_->endLook(region);
   return element;
 }
 
