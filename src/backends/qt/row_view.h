@@ -6,6 +6,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/swiftui/modifiers.h"
+
 namespace tarnix::qt {
 
 class ListModel;
@@ -18,6 +20,8 @@ class RowView : public QAbstractItemView {
   // The model outlives the view.
   explicit RowView(ListModel& model, QWidget* parent = nullptr);
 
+  // Whether the rows stand on a sidebar, or on a ground of their own.
+  void setStyle(modifiers::ListStyle style);
   // To be called when the model shows something else.
   void refresh();
   // Selects the row, or none, and brings it into sight if asked to.
@@ -85,6 +89,7 @@ class RowView : public QAbstractItemView {
   void paintRow(QPainter& painter, const QRect& rect, int row) const;
 
   ListModel& model_;
+  bool isOnSidebar_ = true;
   Top top_;
   bool isAdjustingBar_ = false;
   bool isRevealing_ = false;  // The current row, until it has been painted: the view may yet get its size.
