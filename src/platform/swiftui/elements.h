@@ -157,7 +157,8 @@ inline View List(Binding<std::optional<UUID>> selection, std::vector<View> secti
   return View(elements::List{std::move(selection)}, std::move(sections));
 }
 inline View Section(String header, View::Rows rows) {
-  return View(elements::Section{std::move(header), rows.count, {}, rows.positionOfTag}, {}, std::move(rows));
+  elements::Section section{std::move(header), rows.count, {}, rows.positionOfTag};
+  return View(std::move(section), {}, std::move(rows));
 }
 inline View NavigationLink(std::vector<View> label) {
   return View(elements::NavigationLink{}, std::move(label));
