@@ -5,6 +5,7 @@
 
 #include "platform/appkit/application.h"
 #include "platform/platform.h"
+#include "platform/swiftui/elements.h"
 
 namespace tarnix {
 namespace {

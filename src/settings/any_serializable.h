@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
@@ -18,9 +19,11 @@ class AnySerializable {
   AnySerializable() = default;
   AnySerializable(std::nullptr_t) {}
   AnySerializable(const char* text) : value_(PropertyList{String(text)}) {}
-  // Empty for a value that has no stored form.
-  template <IsDefaultsSerializable T>
-  AnySerializable(const T& value) : value_(toSerializable(value)) {}
+  // Empty for a value that has no stored form. Asks for a bridge of other types only: of this type it would
+  // be asked while the type is incomplete, and the answer then stands for good.
+  template <typename T>
+  requires(!std::same_as<T, AnySerializable> && IsDefaultsSerializable<T>) AnySerializable(const T& value)
+      : value_(toSerializable(value)) {}
 
   // What is held already, as a stored object.
   static AnySerializable holding(std::optional<PropertyList> object);

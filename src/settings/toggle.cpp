@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/swiftui/elements.h"
+
 namespace tarnix::Defaults {
 
 Toggle::Toggle(Key<bool> key, std::function<View()> label)

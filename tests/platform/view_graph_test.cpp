@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -196,6 +198,125 @@ TEST(ViewGraph, makesRowsOnDemandOnly) {
             "      Text verbatim \"0\"\n"
             "    NavigationLink .badge(2)\n"
             "      Text verbatim \"1\"\n");
+}
+
+// A tree whose shape the test decides.
+struct Shape {
+  std::function<View()> make;
+  State<int> redraws{0};
+  static auto state() { return std::tuple{&Shape::redraws}; }
+  View body() const { return make(); }
+};
+
+class ViewShapeTest : public testing::Test {
+ protected:
+  void turn() {
+    while (loop.nextDue()) loop.runDue();
+  }
+  void redraw() {
+    shape.redraws.set(0);
+    turn();
+  }
+  void press(const Element& counter) {
+    counter.as<elements::Button>()->action();
+    turn();
+  }
+  static std::string label(const Element& counter) {
+    return counter.children.at(0).as<elements::Text>()->text.str();
+  }
+
+  RunLoop loop{[] { return RunLoop::Instant{}; }};
+  Shape shape;
+};
+
+TEST_F(ViewShapeTest, stateBelowAPlaceStartsAfreshWithItsIdentityAndItsKind) {
+  UUID identity;
+  bool isRow = false;
+  shape.make = [&] {
+    const std::vector<View> children{View(Counter{"deep", nullptr})};
+    return VStack({(isRow ? HStack(children) : VStack(children)).id(identity)});
+  };
+  ViewGraph graph(View(shape), loop);
+  const auto counter = [&]() -> const Element& { return graph.tree()->children.at(0).children.at(0); };
+  press(counter());
+  redraw();
+  EXPECT_EQ(label(counter()), "deep 1");
+  identity = UUID::random();
+  redraw();
+  EXPECT_EQ(label(counter()), "deep 0");
+  press(counter());
+  isRow = true;
+  redraw();
+  EXPECT_EQ(label(counter()), "deep 0");
+  EXPECT_THAT(graph.tree()->children.at(0).identities, ElementsAre(identity));
+}
+
+TEST_F(ViewShapeTest, rowsHoldStateByTheirPositionForAsLongAsTheListHasSoMany) {
+  std::vector<UUID> identities{UUID::random(), UUID::random()};
+  int made = 0;
+  shape.make = [&] {
+    const auto row = [&](std::size_t position) {
+      ++made;
+      return View(Counter{"row", nullptr}).id(identities.at(position));
+    };
+    return List({[] { return std::nullopt; }, [](auto) {}},
+                {Section("", {.count = identities.size(), .row = row, .positionOfTag = {}})});
+  };
+  ViewGraph graph(View(shape), loop);
+  const auto row = [&](std::size_t position) {
+    return graph.tree()->children.at(0).as<elements::Section>()->row(position);
+  };
+  const UUID second = identities.at(1);
+  press(row(1));
+  press(row(0));
+  made = 0;
+  redraw();
+  redraw();
+  EXPECT_EQ(made, 0) << "an evaluation makes no rows";
+  EXPECT_EQ(label(row(1)), "row 1");
+  identities.at(1) = UUID::random();
+  EXPECT_EQ(label(row(1)), "row 0") << "another thing stands there";
+  identities.at(1) = second;
+  EXPECT_EQ(label(row(1)), "row 0") << "what stood there has gone";
+  EXPECT_EQ(label(row(0)), "row 1");
+  press(row(1));
+  identities.pop_back();
+  redraw();
+  identities.push_back(second);
+  redraw();
+  EXPECT_EQ(label(row(1)), "row 0") << "the list was shorter meanwhile";
+}
+
+TEST_F(ViewShapeTest, oneViewInTwoGraphsUpdatesBoth) {
+  shape.make = [this] { return Text(std::to_string(*shape.redraws)); };
+  const ViewGraph first(View(shape), loop);
+  auto second = std::make_unique<ViewGraph>(View(shape), loop);
+  shape.redraws.set(1);
+  turn();
+  for (const ViewGraph* graph : {&first, static_cast<const ViewGraph*>(second.get())})
+    EXPECT_EQ(graph->tree()->as<elements::Text>()->text, "1");
+  second.reset();
+  shape.redraws.set(2);
+  turn();
+  EXPECT_EQ(first.tree()->as<elements::Text>()->text, "2");
+}
+
+TEST_F(ViewShapeTest, stylesAreHandedDownAndTheNearestCounts) {
+  using modifiers::Font;
+  const auto text = [](std::size_t child, const Element& tree) -> const Element& {
+    return tree.children.at(child);
+  };
+  const View view = VStack({Text("own").font({.size = 20}).font({.size = 30}), Text("handed down"),
+                            Button([] {}, Text("off")).disabled(false)})
+                        .font({.size = 10})
+                        .disabled(true)
+                        .help("not handed down");
+  const ViewGraph graph(view, loop);
+  EXPECT_EQ(text(0, *graph.tree()).modifier<Font>()->size, 20);
+  EXPECT_EQ(text(1, *graph.tree()).modifier<Font>()->size, 10);
+  EXPECT_EQ(text(1, *graph.tree()).modifier<modifiers::Help>(), nullptr);
+  EXPECT_TRUE(text(2, *graph.tree()).isDisabled());
+  EXPECT_FALSE(Element().isDisabled());
 }
 
 }  // namespace

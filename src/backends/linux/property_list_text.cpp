@@ -131,8 +131,9 @@ std::string textOf(double real) {
 
 std::optional<Date> dateFromText(std::string_view text) {
   if (!matches(text, "dddd-dd-ddTdd:dd:ddZ")) return std::nullopt;
-  const year_month_day date = year{fieldOf(text, 0, 4)} / static_cast<unsigned>(fieldOf(text, 5, 2)) /
-                              static_cast<unsigned>(fieldOf(text, 8, 2));
+  const std::chrono::month month{static_cast<unsigned>(fieldOf(text, 5, 2))};
+  const std::chrono::day day{static_cast<unsigned>(fieldOf(text, 8, 2))};
+  const year_month_day date = year{fieldOf(text, 0, 4)} / month / day;
   const int hour = fieldOf(text, 11, 2), minute = fieldOf(text, 14, 2), second = fieldOf(text, 17, 2);
   if (!date.ok() || hour > 23 || minute > 59 || second > 59) return std::nullopt;
   const sys_seconds moment = sys_days{date} + hours{hour} + minutes{minute} + seconds{second};

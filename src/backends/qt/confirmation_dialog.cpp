@@ -7,9 +7,10 @@
 #include <algorithm>
 #include <vector>
 
-#include "backends/qt/kinds.h"
+#include "backends/qt/presenter.h"
 #include "backends/qt/symbols.h"
 #include "backends/qt/text.h"
+#include "platform/swiftui/label.h"
 
 namespace tarnix::qt {
 namespace {
@@ -17,14 +18,6 @@ namespace {
 constexpr int kWarningSide = 40;
 constexpr int kTextWidth = 320;
 constexpr QMargins kMargins(20, 20, 20, 16);
-
-QString titleOf(const Element& button) {
-  for (const Element& part : button.children) {
-    if (const auto* text = part.as<elements::Text>()) return toQString(text->text);
-    if (const auto* label = part.as<elements::Label>()) return toQString(label->title);
-  }
-  return {};
-}
 
 QMessageBox::ButtonRole messageRole(elements::ButtonRole role) {
   switch (role) {
@@ -96,7 +89,7 @@ class ConfirmationDialogPresenter : public Presenter {
   QAbstractButton* addButton(const Element& child) {
     const auto* content = child.as<elements::Button>();
     if (content == nullptr) return nullptr;
-    QPushButton* const button = box_->addButton(titleOf(child), messageRole(content->role));
+    QPushButton* const button = box_->addButton(toQString(labelOf(child).title), messageRole(content->role));
     if (content->role == elements::ButtonRole::destructive) colorDestructive(*button);
     if (content->role == elements::ButtonRole::cancel) {
       box_->setDefaultButton(button);
@@ -121,8 +114,9 @@ class ConfirmationDialogPresenter : public Presenter {
     box_.release()->deleteLater();
     const auto keepsAlive = rendering().tree;
     const Binding<bool> isPresented = dialog().isPresented;
-    if (position < buttons_.size()) choose(position);
+    // The action may ask for the dialog again.
     isPresented.set(false);
+    if (position < buttons_.size()) choose(position);
   }
 
   void choose(std::size_t position) const {
@@ -138,8 +132,9 @@ class ConfirmationDialogPresenter : public Presenter {
 
 }  // namespace
 
-std::unique_ptr<Presenter> makeConfirmationDialog(Rendering& rendering, const Element& element) {
-  return make<ConfirmationDialogPresenter>(rendering, element);
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::ConfirmationDialog>(Rendering& rendering, const Element&) {
+  return std::make_unique<ConfirmationDialogPresenter>(rendering);
 }
 
 }  // namespace tarnix::qt

@@ -2,11 +2,12 @@
 #include <QPushButton>
 
 #include "backends/qt/fonts.h"
-#include "backends/qt/kinds.h"
+#include "backends/qt/presenter.h"
 #include "backends/qt/switch_button.h"
 #include "backends/qt/symbol_button.h"
 #include "backends/qt/symbols.h"
 #include "backends/qt/text.h"
+#include "platform/swiftui/label.h"
 
 namespace tarnix::qt {
 namespace {
@@ -14,24 +15,6 @@ namespace {
 bool isSwitch(const Element& element) {
   const auto* style = element.modifier<modifiers::ToggleStyle>();
   return style != nullptr && *style == modifiers::ToggleStyle::switchControl;
-}
-
-// What the label of a control says, whichever way it says it.
-struct ControlLabel {
-  QString title;
-  QString symbol;
-};
-
-ControlLabel labelOf(const Element& control) {
-  ControlLabel label;
-  for (const Element& part : control.children) {
-    if (const auto* text = part.as<elements::Text>()) label.title = toQString(text->text);
-    if (const auto* image = part.as<elements::Image>()) label.symbol = toQString(image->systemName);
-    if (const auto* both = part.as<elements::Label>()) {
-      label = {toQString(both->title), toQString(both->systemName)};
-    }
-  }
-  return label;
 }
 
 // A toggle as one of Qt's checkable buttons.
@@ -49,14 +32,14 @@ class TogglePresenter : public WidgetPresenter<Checkable> {
   void show(const Element& element) override {
     const auto& toggle = *element.as<elements::Toggle>();
     isOn_ = toggle.isOn;
-    const QString label = toggle.label.empty() ? labelOf(element).title : toQString(toggle.label);
-    if (this->widget()->text() != label) {
-      this->widget()->setText(label);
-      this->widget()->setAccessibleName(label);
+    label_ = toQString(toggle.label.empty() ? labelOf(element).title : toggle.label);
+    if (this->widget()->text() != label_) {
+      this->widget()->setText(label_);
       this->widget()->updateGeometry();
     }
     this->widget()->setChecked(toggle.isOn.get());
   }
+  QString ownName() const override { return label_; }
 
  private:
   void write(bool isOn) {
@@ -64,13 +47,14 @@ class TogglePresenter : public WidgetPresenter<Checkable> {
   }
 
   bool isSwitch_;
+  QString label_;
   Binding<bool> isOn_;
 };
 
 bool isBorderless(const Element& button) {
   const auto* style = button.modifier<modifiers::ButtonStyle>();
   const bool isAskedFor = style != nullptr && *style == modifiers::ButtonStyle::borderless;
-  return isAskedFor || labelOf(button).title.isEmpty();
+  return isAskedFor || labelOf(button).title.empty();
 }
 
 template <typename Clickable>
@@ -88,7 +72,7 @@ class ButtonPresenter : public WidgetPresenter<Clickable> {
   }
 
  protected:
-  virtual void showLabel(const Element& element, const ControlLabel& label) = 0;
+  virtual void showLabel(const Element& element, const LabelParts& label) = 0;
 
  private:
   std::function<void()> action_;
@@ -98,19 +82,22 @@ class BorderlessButtonPresenter : public ButtonPresenter<SymbolButton> {
  public:
   using ButtonPresenter::ButtonPresenter;
   bool canShow(const Element& element) const override { return isBorderless(element); }
+  QString ownName() const override { return title_; }
 
  protected:
-  void showLabel(const Element& element, const ControlLabel& label) override {
+  void showLabel(const Element& element, const LabelParts& label) override {
     const int side = symbolSide(element.modifier<modifiers::Font>());
-    widget()->setSymbol(label.symbol, label.symbol.isEmpty() ? 0 : side);
+    const QString symbol = toQString(label.systemName);
+    widget()->setSymbol(symbol, symbol.isEmpty() ? 0 : side);
     const auto* style = element.modifier<modifiers::LabelStyle>();
     const bool isIconOnly = style != nullptr && *style == modifiers::LabelStyle::iconOnly;
-    if (label.title.isEmpty()) {
-      widget()->setTitle(symbolMeaning(label.symbol), false);
-    } else {
-      widget()->setTitle(label.title, !isIconOnly);
-    }
+    const bool hasTitle = !label.title.empty();
+    title_ = hasTitle ? toQString(label.title) : symbolMeaning(symbol);
+    widget()->setTitle(title_, hasTitle && !isIconOnly);
   }
+
+ private:
+  QString title_;
 };
 
 class PushButtonPresenter : public ButtonPresenter<QPushButton> {
@@ -119,23 +106,25 @@ class PushButtonPresenter : public ButtonPresenter<QPushButton> {
   bool canShow(const Element& element) const override { return !isBorderless(element); }
 
  protected:
-  void showLabel(const Element&, const ControlLabel& label) override {
+  void showLabel(const Element&, const LabelParts& label) override {
     // An ampersand of the title is not a mnemonic.
-    const QString text = QString(label.title).replace(u'&', QStringLiteral("&&"));
+    const QString text = toQString(label.title).replace(u'&', QStringLiteral("&&"));
     if (widget()->text() != text) widget()->setText(text);
   }
 };
 
 }  // namespace
 
-std::unique_ptr<Presenter> makeToggle(Rendering& rendering, const Element& element) {
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Toggle>(Rendering& rendering, const Element& element) {
   if (isSwitch(element)) return std::make_unique<TogglePresenter<SwitchButton>>(rendering, true);
   return std::make_unique<TogglePresenter<QCheckBox>>(rendering, false);
 }
 
-std::unique_ptr<Presenter> makeButton(Rendering& rendering, const Element& element) {
-  if (isBorderless(element)) return make<BorderlessButtonPresenter>(rendering, element);
-  return make<PushButtonPresenter>(rendering, element);
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Button>(Rendering& rendering, const Element& element) {
+  if (isBorderless(element)) return std::make_unique<BorderlessButtonPresenter>(rendering);
+  return std::make_unique<PushButtonPresenter>(rendering);
 }
 
 }  // namespace tarnix::qt

@@ -1,8 +1,8 @@
 #include <QCoreApplication>
 #include <QVBoxLayout>
 
-#include "backends/qt/kinds.h"
 #include "backends/qt/list_model.h"
+#include "backends/qt/presenter.h"
 #include "backends/qt/row_view.h"
 #include "backends/qt/search_field.h"
 #include "backends/qt/text.h"
@@ -34,6 +34,8 @@ class ListPresenter : public WidgetPresenter<QWidget> {
     element_ = &element;
     if (search_) showSearch(*element.modifier<modifiers::Searchable>());
     isShowing_ = true;
+    const auto* style = element.modifier<modifiers::ListStyle>();
+    rows_->setStyle(style == nullptr ? modifiers::ListStyle::automatic : *style);
     model_.show(element.children);
     const bool isFruitless = search_ && !search_->text().isEmpty() && model_.rowCount() == 0;
     rows_->setNotice(isFruitless ? QCoreApplication::translate("tarnix", "No results") : QString());
@@ -55,7 +57,7 @@ class ListPresenter : public WidgetPresenter<QWidget> {
   void pick() {
     const QModelIndex current = rows_->currentIndex();
     if (isShowing_ || !rows_->selectionModel()->isSelected(current)) return;
-    const std::optional<UUID> tag = model_.content(current.row()).tag;
+    const std::optional<UUID> tag = model_.tag(current.row());
     shownTag_ = tag;
     if (tag) call(list().selection.set, tag);
   }
@@ -97,9 +99,21 @@ class ListPresenter : public WidgetPresenter<QWidget> {
 
 }  // namespace
 
-std::unique_ptr<Presenter> makeList(Rendering& rendering, const Element& element) {
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::List>(Rendering& rendering, const Element& element) {
   const bool isSearchable = element.modifier<modifiers::Searchable>() != nullptr;
   return std::make_unique<ListPresenter>(rendering, isSearchable);
+}
+
+// Drawn by their list.
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Section>(Rendering&, const Element&) {
+  return nullptr;
+}
+
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::NavigationLink>(Rendering&, const Element&) {
+  return nullptr;
 }
 
 }  // namespace tarnix::qt

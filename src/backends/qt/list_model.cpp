@@ -4,31 +4,13 @@
 #include <algorithm>
 
 #include "backends/qt/text.h"
+#include "platform/swiftui/label.h"
 
 namespace tarnix::qt {
 namespace {
 
 // More than any window shows at once.
 constexpr std::size_t kKeptRows = 512;
-
-QString placeholderFor(const QString& title) {
-  if (title.isEmpty()) return QCoreApplication::translate("tarnix", "Empty text");
-  return title.trimmed().isEmpty() ? QCoreApplication::translate("tarnix", "Blank text") : QString();
-}
-
-void readTitle(const String& title, RowContent& content) {
-  content.title = titleStart(title);
-  content.placeholder = placeholderFor(content.title);
-}
-
-void readPart(const Element& part, RowContent& content) {
-  if (const auto* text = part.as<elements::Text>()) readTitle(text->text, content);
-  if (const auto* image = part.as<elements::Image>()) content.symbol = toQString(image->systemName);
-  if (const auto* label = part.as<elements::Label>()) {
-    readTitle(label->title, content);
-    content.symbol = toQString(label->systemName);
-  }
-}
 
 }  // namespace
 
@@ -66,42 +48,33 @@ int ListModel::rowCount(const QModelIndex& parent) const { return parent.isValid
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= rowCount_) return {};
-  const QString& placeholder = content(index.row()).placeholder;
-  switch (role) {
-    case Qt::DisplayRole:
-      return placeholder.isEmpty() ? singleLine(content(index.row()).title) : placeholder;
-    case Qt::AccessibleTextRole:
-      return placeholder.isEmpty() ? content(index.row()).title : placeholder;
-    case isPlaceholderRole:
-      return !placeholder.isEmpty();
-    case Qt::AccessibleDescriptionRole:
-    case badgeRole:
-      return content(index.row()).badge;
-    case symbolRole:
-      return content(index.row()).symbol;
-    default:
-      return {};
+  const Element& row = element(index.row());
+  if (role == Qt::AccessibleTextRole) {
+    const QString title = titleStart(labelOf(row).title);
+    const QString placeholder = placeholderFor(title);
+    return placeholder.isEmpty() ? title : placeholder;
   }
+  const auto* badge = role == Qt::AccessibleDescriptionRole ? row.modifier<modifiers::Badge>() : nullptr;
+  return badge == nullptr ? QVariant() : QString::number(badge->count);
 }
 
-const RowContent& ListModel::content(int row) const {
+const Element& ListModel::element(int row) const {
   const auto found = made_.find(row);
   if (found != made_.end()) return found->second;
   if (made_.size() >= kKeptRows) made_.clear();
-  return made_.emplace(row, makeContent(row)).first->second;
+  return made_.emplace(row, make(row)).first->second;
 }
 
-RowContent ListModel::makeContent(int row) const {
+Element ListModel::make(int row) const {
   const auto behind = [&](const Block& block) { return row < block.firstRow + block.rowCount(); };
   const auto block = std::ranges::find_if(blocks_, behind);
   if (block == blocks_.end()) return {};
-  const Element element = block->section->row(static_cast<std::size_t>(row - block->firstRow));
-  RowContent content;
-  readPart(element, content);
-  for (const Element& part : element.children) readPart(part, content);
-  if (const auto* badge = element.modifier<modifiers::Badge>()) content.badge = QString::number(badge->count);
-  if (const auto* tag = element.modifier<modifiers::Tag>()) content.tag = tag->tag;
-  return content;
+  return block->section->row(static_cast<std::size_t>(row - block->firstRow));
+}
+
+std::optional<UUID> ListModel::tag(int row) const {
+  const auto* tag = element(row).modifier<modifiers::Tag>();
+  return tag == nullptr ? std::nullopt : std::optional(tag->tag);
 }
 
 std::optional<int> ListModel::rowOfTag(const UUID& tag) const {

@@ -9,22 +9,11 @@
 
 namespace tarnix::qt {
 
-// What is painted of a row.
-struct RowContent {
-  QString title;        // As long as `titleStart` makes it, line breaks and all.
-  QString placeholder;  // What stands for a title that nobody could see; else empty.
-  QString symbol;
-  QString badge;
-  std::optional<UUID> tag;
-};
-
 // The rows of a list's sections, one after the other. A row is made when it is first asked for, so that a
 // list of any length costs what is seen of it. Rows are known by their position: a row that comes in front
 // changes what the others show and adds a row at the end.
 class ListModel : public QAbstractListModel {
  public:
-  enum Role { symbolRole = Qt::UserRole, badgeRole, isPlaceholderRole };
-
   // A line of the list: a header, or a row.
   struct Line {
     std::optional<int> row;
@@ -35,11 +24,13 @@ class ListModel : public QAbstractListModel {
   void show(const std::vector<Element>& sections);
 
   int rowCount(const QModelIndex& parent = {}) const override;
-  // Display: the title on one line. Accessible text: the title; accessible description: the badge. A
-  // placeholder stands for its title in both.
+  // Accessible text: the title, as long as `titleStart` makes it; accessible description: the badge. A
+  // placeholder stands for a title that nobody could see.
   QVariant data(const QModelIndex& index, int role) const override;
 
-  const RowContent& content(int row) const;
+  // Stays valid until another row is asked for.
+  const Element& element(int row) const;
+  std::optional<UUID> tag(int row) const;
   std::optional<int> rowOfTag(const UUID& tag) const;
 
   int lineCount() const;
@@ -57,11 +48,11 @@ class ListModel : public QAbstractListModel {
   };
 
   void resize(int rowCount);
-  RowContent makeContent(int row) const;
+  Element make(int row) const;
 
   std::vector<Block> blocks_;
   int rowCount_ = 0;
-  mutable std::unordered_map<int, RowContent> made_;
+  mutable std::unordered_map<int, Element> made_;
 };
 
 }  // namespace tarnix::qt

@@ -1,4 +1,3 @@
-#include "backends/qt/kinds.h"
 #include "backends/qt/navigation_split.h"
 #include "backends/qt/slot.h"
 #include "backends/qt/text.h"
@@ -66,8 +65,15 @@ class NavigationPresenter : public WidgetPresenter<NavigationSplit> {
 
 }  // namespace
 
-std::unique_ptr<Presenter> makeNavigationView(Rendering& rendering, const Element& element) {
-  return make<NavigationPresenter>(rendering, element);
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::NavigationView>(Rendering& rendering, const Element&) {
+  return std::make_unique<NavigationPresenter>(rendering);
+}
+
+// Placed by its navigation view.
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::ToolbarItem>(Rendering&, const Element&) {
+  return nullptr;
 }
 
 }  // namespace tarnix::qt

@@ -33,6 +33,8 @@ class Presenter {
   virtual bool canShow(const Element&) const { return true; }
   // Touches only what changed. The element stays valid until the next call.
   virtual void show(const Element& element) = 0;
+  // What assistive tools call the widget unless the element is given a name; empty leaves it to the widget.
+  virtual QString ownName() const { return {}; }
 
  protected:
   template <typename Closure, typename... Values>
@@ -58,9 +60,9 @@ class WidgetPresenter : public Presenter {
   std::unique_ptr<W> widget_;
 };
 
-template <typename P>
-std::unique_ptr<Presenter> make(Rendering& rendering, const Element&) {
-  return std::make_unique<P>(rendering);
-}
+// The presenter of an element of this kind; null for kinds that are not shown by themselves. Specialised for
+// each kind beside its presenter. There is no other definition, so that a kind without one doesn't link.
+template <typename Kind>
+std::unique_ptr<Presenter> presenterFor(Rendering& rendering, const Element& element);
 
 }  // namespace tarnix::qt

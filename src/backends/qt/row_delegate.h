@@ -4,8 +4,8 @@
 
 namespace tarnix::qt {
 
-// Paints a row: the symbol in the accent, at most two lines of the title, the badge in a quiet pill; and the
-// rounded ground of the selected row.
+// Paints a row's elements (`RowLayout`): symbols in the accent, at most two lines of a text unless it says
+// otherwise, the badge in a quiet pill; and the rounded ground of the selected row.
 class RowDelegate : public QAbstractItemDelegate {
  public:
   using QAbstractItemDelegate::QAbstractItemDelegate;

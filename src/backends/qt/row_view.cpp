@@ -48,6 +48,11 @@ RowView::RowView(ListModel& model, QWidget* parent) : QAbstractItemView(parent),
   viewport()->setAutoFillBackground(false);
 }
 
+void RowView::setStyle(modifiers::ListStyle style) {
+  isOnSidebar_ = style == modifiers::ListStyle::sidebar;
+  viewport()->setAutoFillBackground(!isOnSidebar_);
+}
+
 void RowView::refresh() {
   layOutAgain();
   announceRowNames(*this);
@@ -214,6 +219,7 @@ QStyleOptionViewItem RowView::optionFor(const QRect& rect) const {
   QStyleOptionViewItem option;
   initViewItemOption(&option);
   const int trailing = std::max(0, kTrailingMargin - (width() - viewport()->width()));
+  if (!isOnSidebar_) option.palette.setBrush(QPalette::AlternateBase, option.palette.base());
   option.rect = isRightToLeft() ? rect.adjusted(trailing, 0, -kLeadingMargin, 0)
                                 : rect.adjusted(kLeadingMargin, 0, -trailing, 0);
   return option;

@@ -6,6 +6,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/swiftui/modifiers.h"
+
 namespace tarnix::qt {
 
 class ListModel;
@@ -18,6 +20,8 @@ class RowView : public QAbstractItemView {
   // The model outlives the view.
   explicit RowView(ListModel& model, QWidget* parent = nullptr);
 
+  // Whether the rows stand on a sidebar, or on a ground of their own.
+  void setStyle(modifiers::ListStyle style);
   // To be called when the model shows something else.
   void refresh();
   // What is said in the middle of the room for rows, for want of any; nothing while it is empty.
@@ -88,6 +92,7 @@ class RowView : public QAbstractItemView {
   void paintRow(QPainter& painter, const QRect& rect, int row) const;
 
   ListModel& model_;
+  bool isOnSidebar_ = true;
   Top top_;
   QString notice_;
   bool isAdjustingBar_ = false;

@@ -1,58 +1,20 @@
 #include "backends/qt/slot.h"
 
-#include <QEvent>
-#include <QHBoxLayout>
-#include <QMargins>
+#include <type_traits>
 
-#include "backends/qt/kinds.h"
 #include "backends/qt/text.h"
 
 namespace tarnix::qt {
 namespace {
 
-constexpr int kStandardPadding = 16;
-
-// All paddings of an element together; a later one lies around an earlier one.
-QMargins paddingOf(const Element& element) {
-  QMarginsF sum;
-  for (const auto& modifier : element.modifiers) {
-    const auto* padding = std::get_if<modifiers::Padding>(&modifier);
-    if (padding == nullptr) continue;
-    sum += padding->isStandard
-               ? QMarginsF(kStandardPadding, kStandardPadding, kStandardPadding, kStandardPadding)
-               : QMarginsF(padding->leading, padding->top, padding->trailing, padding->bottom);
-  }
-  return sum.toMargins();
+std::unique_ptr<Presenter> makePresenter(Rendering& rendering, const Element& element) {
+  const auto make = [&](const auto& kind) {
+    return presenterFor<std::decay_t<decltype(kind)>>(rendering, element);
+  };
+  return std::visit(make, element.content);
 }
 
 }  // namespace
-
-class PaddedWidget : public QWidget {
- public:
-  explicit PaddedWidget(QWidget* content) {
-    auto* const layout = new QHBoxLayout(this);
-    layout->setSpacing(0);
-    layout->addWidget(content);
-    content->show();
-  }
-
-  // From the leading to the trailing edge, which are the other way round where one reads from the right.
-  void setPadding(const QMargins& padding) {
-    padding_ = padding;
-    const bool isMirrored = isRightToLeft();
-    layout()->setContentsMargins(isMirrored ? padding.right() : padding.left(), padding.top(),
-                                 isMirrored ? padding.left() : padding.right(), padding.bottom());
-  }
-
- protected:
-  void changeEvent(QEvent* event) override {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::LayoutDirectionChange) setPadding(padding_);
-  }
-
- private:
-  QMargins padding_;
-};
 
 Slot::Slot(Rendering& rendering) : rendering_(rendering) {}
 Slot::Slot(Slot&&) noexcept = default;
@@ -63,12 +25,12 @@ Slot::~Slot() {
 }
 
 QWidget* Slot::widget() const {
-  if (padded_) return padded_.get();
+  if (QWidget* const outermost = wrappings_.outermost()) return outermost;
   return presenter_ ? presenter_->widget() : nullptr;
 }
 
 bool Slot::fits(const Element& element) const {
-  const bool isSame = kind_ == element.content.index() && identity_ == element.identity;
+  const bool isSame = kind_ == element.content.index() && identities_ == element.identities;
   return isSame && presenter_ && presenter_->canShow(element);
 }
 
@@ -78,35 +40,30 @@ bool Slot::show(const Element& element) {
   if (!isKept) remake(element);
   if (presenter_) {
     presenter_->show(element);
-    showPadding(element);
     showNames(element);
     showAttachments(element);
   }
+  if (presenter_ && presenter_->widget() != nullptr) wrappings_.show(element, *presenter_->widget());
   return !isKept || widget() != former;
 }
 
 void Slot::remake(const Element& element) {
   attachments_.clear();
   presenter_.reset();
-  padded_.reset();
+  wrappings_.clear();
   kind_ = element.content.index();
-  identity_ = element.identity;
+  identities_ = element.identities;
   presenter_ = makePresenter(rendering_, element);
-}
-
-void Slot::showPadding(const Element& element) {
-  QWidget* const content = presenter_->widget();
-  if (content == nullptr) return;
-  const QMargins padding = paddingOf(element);
-  if (!padded_ && !padding.isNull()) padded_ = std::make_unique<PaddedWidget>(content);
-  if (padded_) padded_->setPadding(padding);
 }
 
 void Slot::showNames(const Element& element) {
   QWidget* const content = presenter_->widget();
   if (content == nullptr) return;
-  if (const auto* label = element.modifier<modifiers::AccessibilityLabel>()) {
-    content->setAccessibleName(toQString(label->text));
+  const auto* label = element.modifier<modifiers::AccessibilityLabel>();
+  const QString name = label == nullptr ? presenter_->ownName() : toQString(label->text);
+  if (content->accessibleName() != name) content->setAccessibleName(name);
+  if (content->isEnabledTo(content->parentWidget()) == element.isDisabled()) {
+    content->setEnabled(!element.isDisabled());
   }
   const auto* help = element.modifier<modifiers::Help>();
   const QString tip = help == nullptr ? QString() : toQString(help->text);

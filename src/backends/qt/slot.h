@@ -3,17 +3,15 @@
 #include <QWidget>
 #include <cstddef>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "backends/qt/presenter.h"
+#include "backends/qt/wrapping.h"
 
 namespace tarnix::qt {
 
-class PaddedWidget;
-
 // One place of the tree on the screen. Keeps its presenter while the elements that come are of one kind and
-// identity; takes care of what all kinds have in common: padding, names and dialogs.
+// identity; takes care of what all kinds have in common: what lies around them, names, and dialogs.
 class Slot {
  public:
   explicit Slot(Rendering& rendering);
@@ -23,20 +21,19 @@ class Slot {
 
   // True when `widget` has become another one.
   bool show(const Element& element);
-  // With the padding around it; null for what has no place in the layout.
+  // With what lies around it; null for what has no place in the layout.
   QWidget* widget() const;
 
  private:
   bool fits(const Element& element) const;
   void remake(const Element& element);
-  void showPadding(const Element& element);
   void showNames(const Element& element);
   void showAttachments(const Element& element);
 
   Rendering& rendering_;
   std::size_t kind_ = 0;
-  std::optional<UUID> identity_;
-  std::unique_ptr<PaddedWidget> padded_;
+  std::vector<UUID> identities_;
+  Wrappings wrappings_;
   std::unique_ptr<Presenter> presenter_;
   std::vector<Slot> attachments_;
 };

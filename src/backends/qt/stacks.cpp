@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "backends/qt/hairline.h"
-#include "backends/qt/kinds.h"
 #include "backends/qt/slot.h"
 
 namespace tarnix::qt {
@@ -111,20 +110,24 @@ class DividerPresenter : public WidgetPresenter<Hairline> {
 
 }  // namespace
 
-std::unique_ptr<Presenter> makeVStack(Rendering& rendering, const Element&) {
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::VStack>(Rendering& rendering, const Element&) {
   return std::make_unique<StackPresenter>(rendering, Qt::Vertical);
 }
 
-std::unique_ptr<Presenter> makeHStack(Rendering& rendering, const Element&) {
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::HStack>(Rendering& rendering, const Element&) {
   return std::make_unique<StackPresenter>(rendering, Qt::Horizontal);
 }
 
-std::unique_ptr<Presenter> makeSpacer(Rendering& rendering, const Element& element) {
-  return make<SpacerPresenter>(rendering, element);
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Spacer>(Rendering& rendering, const Element&) {
+  return std::make_unique<SpacerPresenter>(rendering);
 }
 
-std::unique_ptr<Presenter> makeDivider(Rendering& rendering, const Element& element) {
-  return make<DividerPresenter>(rendering, element);
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Divider>(Rendering& rendering, const Element&) {
+  return std::make_unique<DividerPresenter>(rendering);
 }
 
 }  // namespace tarnix::qt

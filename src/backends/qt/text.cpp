@@ -1,5 +1,7 @@
 #include "backends/qt/text.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace tarnix::qt {
@@ -43,6 +45,11 @@ QString titleStart(std::string_view title) {
   }
   std::replace_if(start.begin(), start.end(), isUnspeakable, QChar(u' '));
   return isCut ? start + QChar(u'…') : start;
+}
+
+QString placeholderFor(const QString& title) {
+  if (title.isEmpty()) return QCoreApplication::translate("tarnix", "Empty text");
+  return title.trimmed().isEmpty() ? QCoreApplication::translate("tarnix", "Blank text") : QString();
 }
 
 QString singleLine(const QString& title) {

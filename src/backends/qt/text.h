@@ -15,6 +15,8 @@ constexpr qsizetype kTitleLimit = 300;
 // The first `kTitleLimit` units of the text, cut between characters and closed with an ellipsis where more
 // follows. Characters that assistive tools cannot be told of are blanks.
 QString titleStart(std::string_view title);
+// What stands for a title that nobody could see, for want of text or of anything but blanks; else empty.
+QString placeholderFor(const QString& title);
 // A title on one line: control characters, with the blanks around them, are one blank; none is in front.
 QString singleLine(const QString& title);
 

@@ -1,7 +1,7 @@
 #include <QCoreApplication>
 
-#include "backends/qt/kinds.h"
 #include "backends/qt/plain_text_view.h"
+#include "backends/qt/presenter.h"
 
 namespace tarnix::qt {
 namespace {
@@ -9,10 +9,11 @@ namespace {
 class TextViewPresenter : public WidgetPresenter<PlainTextView> {
  public:
   explicit TextViewPresenter(Rendering& rendering) : WidgetPresenter(rendering) {
-    widget()->setAccessibleName(QCoreApplication::translate("tarnix", "Text"));
     widget()->setFrameShape(QFrame::NoFrame);
     widget()->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   }
+
+  QString ownName() const override { return QCoreApplication::translate("tarnix", "Text"); }
 
   void show(const Element& element) override {
     const String& text = element.as<elements::TextView>()->text;
@@ -22,8 +23,9 @@ class TextViewPresenter : public WidgetPresenter<PlainTextView> {
 
 }  // namespace
 
-std::unique_ptr<Presenter> makeTextView(Rendering& rendering, const Element& element) {
-  return make<TextViewPresenter>(rendering, element);
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::TextView>(Rendering& rendering, const Element&) {
+  return std::make_unique<TextViewPresenter>(rendering);
 }
 
 }  // namespace tarnix::qt

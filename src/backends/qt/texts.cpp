@@ -1,8 +1,11 @@
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
+#include <utility>
 
 #include "backends/qt/fonts.h"
-#include "backends/qt/kinds.h"
+#include "backends/qt/limited_text.h"
+#include "backends/qt/presenter.h"
 #include "backends/qt/symbol_widget.h"
 #include "backends/qt/symbols.h"
 #include "backends/qt/text.h"
@@ -38,10 +41,46 @@ void showSymbol(SymbolWidget& widget, const String& name, const Element& element
   widget.setRenderingMode(mode == nullptr ? modifiers::SymbolRenderingMode::monochrome : *mode);
 }
 
+// A text as it stands, cut behind its last line where there is a limit of lines.
 class TextLabel : public QLabel {
  public:
   // What a text says is never taken for markup.
   TextLabel() { setTextFormat(Qt::PlainText); }
+
+  void setLineLimit(const modifiers::LineLimit* limit) {
+    const std::size_t lines = limit == nullptr ? 0 : limit->lines;
+    if (std::exchange(lineLimit_, lines) != lines) updateGeometry();
+  }
+
+  QSize sizeHint() const override {
+    if (lineLimit_ == 0) return QLabel::sizeHint();
+    const int width = fontMetrics().horizontalAdvance(singleLine(text())) + 1;
+    return {width, heightForWidth(width)};
+  }
+  QSize minimumSizeHint() const override {
+    return lineLimit_ == 0 ? QLabel::minimumSizeHint() : QSize(0, fontMetrics().lineSpacing());
+  }
+  int heightForWidth(int width) const override {
+    if (lineLimit_ == 0) return QLabel::heightForWidth(width);
+    return limited(width).lineCount() * fontMetrics().lineSpacing();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (lineLimit_ == 0) return QLabel::paintEvent(event);
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    const LimitedText text = limited(width());
+    const int height = text.lineCount() * fontMetrics().lineSpacing();
+    text.draw(painter, QPointF(0, (this->height() - height) / 2.0), fontMetrics().lineSpacing());
+  }
+
+ private:
+  LimitedText limited(int width) const {
+    return {singleLine(text()), {font(), static_cast<double>(width), lineLimit_, layoutDirection()}};
+  }
+
+  std::size_t lineLimit_ = 0;  // None.
 };
 
 // A text stands in the middle of the room it gets; its lines are flush unless they are to be centred.
@@ -57,6 +96,7 @@ class TextPresenter : public WidgetPresenter<TextLabel> {
         alignment != nullptr ? *alignment == modifiers::TextAlignment::center : !text.contains(QChar(u'\n'));
     widget()->setAlignment(Qt::AlignVCenter | (isCentred ? Qt::AlignHCenter : Qt::AlignLeading));
     if (widget()->text() != text) widget()->setText(text);
+    widget()->setLineLimit(element.modifier<modifiers::LineLimit>());
   }
 };
 
@@ -98,16 +138,19 @@ class LabelPresenter : public WidgetPresenter<QWidget> {
 
 }  // namespace
 
-std::unique_ptr<Presenter> makeText(Rendering& rendering, const Element& element) {
-  return make<TextPresenter>(rendering, element);
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Text>(Rendering& rendering, const Element&) {
+  return std::make_unique<TextPresenter>(rendering);
 }
 
-std::unique_ptr<Presenter> makeImage(Rendering& rendering, const Element& element) {
-  return make<ImagePresenter>(rendering, element);
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Image>(Rendering& rendering, const Element&) {
+  return std::make_unique<ImagePresenter>(rendering);
 }
 
-std::unique_ptr<Presenter> makeLabel(Rendering& rendering, const Element& element) {
-  return make<LabelPresenter>(rendering, element);
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Label>(Rendering& rendering, const Element&) {
+  return std::make_unique<LabelPresenter>(rendering);
 }
 
 }  // namespace tarnix::qt

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "platform/appkit/application.h"
+#include "platform/swiftui/label.h"
 #include "platform/swiftui/text_renderer.h"
 
 namespace tarnix::simulated {
@@ -25,8 +26,7 @@ const Element* findKind(const Element& element) {
 }
 
 bool isNamed(const Element& element, std::string_view name) {
-  if (const auto* label = element.modifier<modifiers::AccessibilityLabel>(); label && label->text == name)
-    return true;
+  if (const auto* label = element.modifier<modifiers::AccessibilityLabel>()) return label->text == name;
   if (const auto* text = element.as<elements::Text>()) return text->text.view() == name;
   if (const auto* label = element.as<elements::Label>()) return label->title.view() == name;
   if (const auto* image = element.as<elements::Image>()) return image->systemName.view() == name;
@@ -37,12 +37,18 @@ bool contains(const Element& element, std::string_view name) {
   return find(element, [&](const Element& candidate) { return isNamed(candidate, name); }) != nullptr;
 }
 
-const elements::Toggle* findToggle(const Element& tree, std::string_view label) {
-  const Element* found = find(tree, [&](const Element& candidate) {
-    const auto* toggle = candidate.as<elements::Toggle>();
-    return toggle != nullptr && toggle->label.view() == label;
-  });
-  return found == nullptr ? nullptr : found->as<elements::Toggle>();
+// What assistive tools call a control: the name it is given, else what its label says.
+std::string nameOf(const Element& control) {
+  if (const auto* given = control.modifier<modifiers::AccessibilityLabel>()) return given->text.str();
+  if (const auto* toggle = control.as<elements::Toggle>(); toggle != nullptr && !toggle->label.empty())
+    return toggle->label.str();
+  const LabelParts label = labelOf(control);
+  return label.title.empty() ? label.systemName.str() : label.title.str();
+}
+
+template <typename Kind>
+const Element* findControl(const Element& tree, std::string_view name) {
+  return find(tree, [&](const Element& each) { return each.as<Kind>() != nullptr && nameOf(each) == name; });
 }
 
 const elements::ConfirmationDialog* presented(const Element& element) {
@@ -54,16 +60,11 @@ const Element* findDialog(const Element& tree) {
   return find(tree, [](const Element& candidate) { return presented(candidate) != nullptr; });
 }
 
-bool isButton(const Element& element, std::string_view name) {
-  return element.as<elements::Button>() != nullptr && contains(element, name);
-}
-
 Window::Row rowOf(const Element& link, const std::optional<UUID>& selection) {
   Window::Row row;
-  for (const Element& part : link.children) {
-    if (const auto* image = part.as<elements::Image>()) row.symbol = image->systemName.str();
-    if (const auto* text = part.as<elements::Text>()) row.title = text->text.str();
-  }
+  const LabelParts label = labelOf(link);
+  row.symbol = label.systemName.str();
+  row.title = label.title.str();
   if (const auto* badge = link.modifier<modifiers::Badge>()) row.badge = badge->count;
   if (const auto* tag = link.modifier<modifiers::Tag>()) row.tag = tag->tag;
   row.isSelected = row.tag.has_value() && row.tag == selection;
@@ -101,27 +102,51 @@ std::optional<String> Window::detailText() const {
   return found->as<elements::TextView>()->text;
 }
 
-bool Window::shows(std::string_view text) const { return contains(*graph_.tree(), text); }
+bool Window::shows(std::string_view text) const {
+  const auto isTitle = [&](const Element& each) {
+    const auto* toggle = each.as<elements::Toggle>();
+    return toggle != nullptr && toggle->label == text;
+  };
+  return contains(*graph_.tree(), text) || find(*graph_.tree(), isTitle) != nullptr || shownTitle() == text;
+}
+
+// That of the detail column, else that of the whole.
+std::string Window::shownTitle() const {
+  const Element* navigation = findKind<elements::NavigationView>(*graph_.tree());
+  if (navigation == nullptr) return {};
+  const auto* title = navigation->children.back().modifier<modifiers::NavigationTitle>();
+  if (title == nullptr) title = navigation->modifier<modifiers::NavigationTitle>();
+  return title == nullptr ? std::string() : title->title.str();
+}
+
+bool Window::hasButton(std::string_view name) const {
+  return findControl<elements::Button>(*graph_.tree(), name) != nullptr;
+}
+
+bool Window::hasToggle(std::string_view name) const {
+  return findControl<elements::Toggle>(*graph_.tree(), name) != nullptr;
+}
 
 bool Window::press(std::string_view button) {
   const auto tree = graph_.tree();
-  const Element* found = find(*tree, [&](const Element& candidate) { return isButton(candidate, button); });
-  if (found == nullptr) return false;
+  const Element* found = findControl<elements::Button>(*tree, button);
+  if (found == nullptr || found->isDisabled()) return false;
   found->as<elements::Button>()->action();
   return true;
 }
 
-bool Window::flip(std::string_view toggle) {
+bool Window::flip(std::string_view name) {
   const auto tree = graph_.tree();
-  const auto* found = findToggle(*tree, toggle);
-  if (found == nullptr) return false;
-  found->isOn.set(!found->isOn.get());
+  const Element* found = findControl<elements::Toggle>(*tree, name);
+  if (found == nullptr || found->isDisabled()) return false;
+  const auto& toggle = *found->as<elements::Toggle>();
+  toggle.isOn.set(!toggle.isOn.get());
   return true;
 }
 
-bool Window::isOn(std::string_view toggle) const {
-  const auto* found = findToggle(*graph_.tree(), toggle);
-  return found != nullptr && found->isOn.get();
+bool Window::isOn(std::string_view name) const {
+  const Element* found = findControl<elements::Toggle>(*graph_.tree(), name);
+  return found != nullptr && found->as<elements::Toggle>()->isOn.get();
 }
 
 bool Window::search(const String& text) {
@@ -152,7 +177,7 @@ bool Window::choose(std::string_view button) {
   const auto tree = graph_.tree();
   const Element* shown = findDialog(*tree);
   if (shown == nullptr) return false;
-  const Element* found = find(*shown, [&](const Element& candidate) { return isButton(candidate, button); });
+  const Element* found = findControl<elements::Button>(*shown, button);
   if (found == nullptr) return false;
   shown->as<elements::ConfirmationDialog>()->isPresented.set(false);
   found->as<elements::Button>()->action();

@@ -38,7 +38,10 @@ class Window {
   // Without the sidebar, `shows` and `text` are what they were: hiding is the renderer's.
   bool isSidebarVisible() const { return isSidebarVisible_; }
 
-  // The user's doings. False when there is no such control.
+  bool hasButton(std::string_view name) const;
+  bool hasToggle(std::string_view name) const;
+
+  // The user's doings. False when there is no such control, or it is disabled.
   bool press(std::string_view button);
   bool flip(std::string_view toggle);
   bool isOn(std::string_view toggle) const;
@@ -52,6 +55,8 @@ class Window {
   ViewGraph& graph() { return graph_; }
 
  private:
+  std::string shownTitle() const;
+
   ViewGraph graph_;
   bool isSidebarVisible_ = true;
   AnyCancellable toggleSidebar_;

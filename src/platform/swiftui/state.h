@@ -1,11 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "platform/combine/observable_object.h"
-#include "platform/swiftui/element.h"
+#include "platform/swiftui/binding.h"
 
 namespace tarnix {
 
@@ -20,6 +22,28 @@ class ViewInvalidation {
 
  private:
   std::function<void()> invalidate_;
+};
+
+// The graphs that show one value, which views in several of them may share.
+class ViewInvalidations {
+ public:
+  // True when this graph was not told of before.
+  bool add(const std::shared_ptr<ViewInvalidation>& graph) {
+    std::erase_if(graphs_, [](const auto& each) { return each.expired(); });
+    const auto isThis = [&](const auto& each) { return each.lock() == graph; };
+    if (std::any_of(graphs_.begin(), graphs_.end(), isThis)) return false;
+    graphs_.push_back(graph);
+    return true;
+  }
+  void operator()() const {
+    const auto told = graphs_;
+    for (const auto& each : told) {
+      if (const auto graph = each.lock()) (*graph)();
+    }
+  }
+
+ private:
+  std::vector<std::weak_ptr<ViewInvalidation>> graphs_;
 };
 
 // A value that belongs to a place in the view tree and outlives the view values at that place. Copies share
@@ -47,37 +71,31 @@ class State {
             [state = *this](T value) { state.set(std::move(value)); }};
   }
 
-  void attach(const std::shared_ptr<ViewInvalidation>& invalidation) const {
-    box_->invalidation = invalidation;
-  }
+  void attach(const std::shared_ptr<ViewInvalidation>& graph) const { box_->graphs.add(graph); }
 
  private:
   struct Box {
     explicit Box(T initial) : value(std::move(initial)) {}
     T value;
-    std::weak_ptr<ViewInvalidation> invalidation;
+    ViewInvalidations graphs;
   };
-  void invalidate() const {
-    if (const auto invalidation = box_->invalidation.lock()) (*invalidation)();
-  }
+  void invalidate() const { box_->graphs(); }
 
   std::shared_ptr<Box> box_;
 };
 
-// Passes the changes of one observable object on to one graph.
+// Passes the changes of one observable object on to the graphs that show it.
 class ViewObserver {
  public:
-  // Goes on as before when it is told the same graph again.
-  void observe(const ObservableObject& object, const std::shared_ptr<ViewInvalidation>& invalidation) {
-    if (invalidation_.lock() == invalidation) return;
-    invalidation_ = invalidation;
-    subscription_ = object.objectWillChange().sink([weak = invalidation_](const Void&) {
-      if (const auto target = weak.lock()) (*target)();
-    });
+  void observe(const ObservableObject& object, const std::shared_ptr<ViewInvalidation>& graph) {
+    graphs_->add(graph);
+    if (std::exchange(isObserving_, true)) return;
+    subscription_ = object.objectWillChange().sink([graphs = graphs_](const Void&) { (*graphs)(); });
   }
 
  private:
-  std::weak_ptr<ViewInvalidation> invalidation_;
+  std::shared_ptr<ViewInvalidations> graphs_ = std::make_shared<ViewInvalidations>();
+  bool isObserving_ = false;
   AnyCancellable subscription_;
 };
 

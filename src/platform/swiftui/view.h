@@ -11,12 +11,13 @@
 #include <utility>
 #include <vector>
 
-#include "platform/swiftui/element.h"
+#include "platform/swiftui/modifiers.h"
 #include "platform/swiftui/state.h"
 
 namespace tarnix {
 
 class View;
+struct ElementContent;
 
 // A view that is made of others. `body` may be called at any time and has no effects. A type with state names
 // its members once: `static auto state() { return std::tuple{&T::a, &T::b}; }`.
@@ -26,11 +27,12 @@ concept CompositeView = !std::same_as<T, View> && requires(const T& view) {
 };
 
 // A cheap immutable description of what is to be shown. Modifiers give a changed copy.
-class View {
+class View : public modifiers::Modifiable<View> {
  public:
   struct Rows {
     std::size_t count = 0;
     std::function<View(std::size_t position)> row;
+    // The position of the row with this tag; absent when no row has it.
     std::function<std::optional<std::size_t>(const UUID& tag)> positionOfTag;
   };
   // A value to watch; `action` runs once for each difference between two turns in which the graph was told of
@@ -43,26 +45,11 @@ class View {
   // A composite view whose type is forgotten.
   class Composite;
 
-  View(Element::Content content, std::vector<View> children = {});
+  View(ElementContent content, std::vector<View> children = {}, std::optional<Rows> rows = {});
   template <CompositeView T>
   View(T composite);
 
-  View padding() const;  // The platform's own on all edges.
-  View padding(modifiers::Padding padding) const;
-  View font(modifiers::Font font) const;
-  View foregroundStyle(modifiers::ForegroundStyle style) const;
-  View multilineTextAlignment(modifiers::TextAlignment alignment) const;
-  View symbolRenderingMode(modifiers::SymbolRenderingMode mode) const;
-  View listStyle(modifiers::ListStyle style) const;
-  View toggleStyle(modifiers::ToggleStyle style) const;
-  View buttonStyle(modifiers::ButtonStyle style) const;
-  View labelStyle(modifiers::LabelStyle style) const;
-  View help(String text) const;
-  View navigationTitle(String title) const;
-  View searchable(Binding<String> text, modifiers::SearchFieldPlacement placement) const;
-  View badge(std::size_t count) const;
-  View tag(UUID tag) const;
-  View accessibilityLabel(String text) const;
+  // What has another identity is another thing: state at and below this place starts afresh.
   View id(UUID identity) const;
   View toolbar(std::vector<View> items) const;
   View confirmationDialog(String title, Binding<bool> isPresented, std::vector<View> buttons,
@@ -71,11 +58,11 @@ class View {
   View onChange(std::function<T()> value, std::function<void()> action) const;
 
  private:
+  friend class modifiers::Modifiable<View>;
   friend class ViewResolver;
-  friend View Section(String header, Rows rows);
   struct Node;
-  explicit View(std::shared_ptr<const Node> node) : node_(std::move(node)) {}
-  View modified(Element::Modifier modifier) const;
+  explicit View(std::shared_ptr<const Composite> composite);
+  View modified(modifiers::Modifier modifier) const;
   View changed(const std::function<void(Node&)>& change) const;
   View watching(ChangeHook hook) const;
 
@@ -131,29 +118,10 @@ class CompositeOf final : public View::Composite {
 
 }  // namespace internal
 
-struct View::Node {
-  Element::Content content;
-  std::shared_ptr<const Composite> composite;  // When present, stands in place of `content`.
-  std::vector<View> children;
-  std::optional<Rows> rows;
-  std::vector<Element::Modifier> modifiers;
-  std::vector<View> attachments;
-  std::vector<ChangeHook> changeHooks;
-  std::optional<UUID> identity;
-};
-
 template <CompositeView T>
-View::View(T composite) {
-  Node node{elements::VStack{},
-            std::make_shared<internal::CompositeOf<T>>(std::move(composite)),
-            {},
-            {},
-            {},
-            {},
-            {},
-            {}};
-  node_ = std::make_shared<const Node>(std::move(node));
-}
+View::View(T composite)
+    : View(std::shared_ptr<const Composite>(
+          std::make_shared<internal::CompositeOf<T>>(std::move(composite)))) {}
 
 template <std::equality_comparable T>
 View View::onChange(std::function<T()> value, std::function<void()> action) const {
@@ -162,24 +130,5 @@ View View::onChange(std::function<T()> value, std::function<void()> action) cons
        [](const std::any& a, const std::any& b) { return *std::any_cast<T>(&a) == *std::any_cast<T>(&b); },
        std::move(action)});
 }
-
-// The vocabulary. Stacks have the platform's spacing.
-View Text(String key);
-View verbatimText(String text);
-View Image(String systemName);
-View Label(String title, String systemName);
-View VStack(std::vector<View> children);
-View HStack(std::vector<View> children);
-View Spacer();
-View Divider();
-View NavigationView(View sidebar, View detail);
-View List(Binding<std::optional<UUID>> selection, std::vector<View> sections);
-View Section(String header, View::Rows rows);
-View NavigationLink(std::vector<View> label);
-View Toggle(String label, Binding<bool> isOn);
-View Toggle(Binding<bool> isOn, View label);
-View Button(std::function<void()> action, View label, elements::ButtonRole role = elements::ButtonRole::none);
-View TextView(String text);
-View ToolbarItem(elements::ToolbarPlacement placement, View content);
 
 }  // namespace tarnix

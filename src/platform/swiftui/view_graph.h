@@ -1,18 +1,24 @@
 #pragma once
 
-#include <any>
 #include <functional>
-#include <map>
 #include <memory>
-#include <vector>
 
+#include "platform/combine/publisher.h"
 #include "platform/foundation/run_loop.h"
-#include "platform/swiftui/view.h"
+#include "platform/swiftui/element.h"
 
 namespace tarnix {
 
-// Keeps a view on show: holds the state of its composite views by position and type, gathers invalidations
-// into one evaluation per run-loop turn, and hands the resolved tree on. Main thread only.
+class ViewPlaces;
+
+// Keeps a view on show: holds the state of its composite views by their place in the tree, gathers
+// invalidations into one evaluation per run-loop turn, and hands the resolved tree on. Main thread only.
+//
+// A place is known by the way to it: the position in each parent, what stands there (the kind of element, or
+// the type of the composite view) and its identity. Where one of these differs from the evaluation before, it
+// is another place, and state at it and below it starts afresh. A row is known by its tag instead of its
+// position, and keeps what it holds for as long as its list has a row of that tag, whether it is asked for or
+// not.
 class ViewGraph {
  public:
   using Render = std::function<void(const std::shared_ptr<const Element>& tree)>;
@@ -34,31 +40,14 @@ class ViewGraph {
   void setVisible(bool isVisible);
 
  private:
-  friend class ViewResolver;
-  using Path = std::vector<std::size_t>;
-  struct Kept {
-    std::shared_ptr<View::Composite> composite;
-    std::optional<UUID> identity;
-    bool isInUse = true;
-  };
-  struct Watch {
-    View::ChangeHook hook;
-    std::any last;
-    bool isInUse = true;
-  };
-
   void invalidate();
   void turn();
-  void checkWatches();
-  // Another view has come to `place`: the state there and below ends.
-  void forgetFrom(const Path& place);
   void evaluate();
 
   View root_;
   RunLoop& loop_;
   std::shared_ptr<ViewInvalidation> invalidation_;
-  std::map<Path, Kept> composites_;
-  std::map<Path, std::vector<Watch>> watches_;
+  std::shared_ptr<ViewPlaces> places_;  // Known to the rows of the tree, which may outlive the graph.
   std::shared_ptr<const Element> tree_;
   Render render_;
   Subject<Void> evaluated_;

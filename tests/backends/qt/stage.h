@@ -26,6 +26,7 @@ class Stage {
   Stage& operator=(const Stage&) = delete;
   ~Stage();
 
+  void render(const std::shared_ptr<const Element>& tree) { renderer_->render(tree); }
   // Renders the view as the next tree.
   void show(const View& view);
   // Lets the toolkit do what it has put off.

@@ -1,0 +1,21 @@
+#include "platform/swiftui/label.h"
+
+namespace tarnix {
+namespace {
+
+void read(const Element& part, LabelParts& label) {
+  if (const auto* text = part.as<elements::Text>()) label.title = text->text;
+  if (const auto* image = part.as<elements::Image>()) label.systemName = image->systemName;
+  if (const auto* both = part.as<elements::Label>()) label = {both->title, both->systemName};
+}
+
+}  // namespace
+
+LabelParts labelOf(const Element& element) {
+  LabelParts label;
+  read(element, label);
+  for (const Element& child : element.children) read(child, label);
+  return label;
+}
+
+}  // namespace tarnix

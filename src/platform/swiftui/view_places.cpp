@@ -1,0 +1,97 @@
+#include "platform/swiftui/view_places.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarnix {
+namespace {
+
+bool startsWith(const ViewPath& path, const ViewPath& beginning) {
+  return path.size() >= beginning.size() && std::equal(beginning.begin(), beginning.end(), path.begin());
+}
+
+bool isRow(const ViewStep& step) { return step.kind == ViewStep::Kind::row; }
+
+}  // namespace
+
+ViewPlaces::Place& ViewPlaces::placeAt(const ViewPath& path) {
+  Place& place = places_[path];
+  place.isInUse = true;
+  return place;
+}
+
+bool ViewPlaces::Region::contains(const ViewPath& path) const {
+  if (!startsWith(path, list)) return false;
+  if (!row) return true;
+  return path.size() > list.size() && isRow(path[list.size()]) && path[list.size()].position == *row;
+}
+
+// Paths are in the order of their steps, so that all below a place follow it.
+void ViewPlaces::beginLook(const Region& region) {
+  auto each = places_.lower_bound(region.list);
+  for (; each != places_.end() && startsWith(each->first, region.list); ++each) {
+    if (region.contains(each->first)) each->second.isInUse = false;
+  }
+}
+
+void ViewPlaces::endLook(const Region& region) {
+  const std::size_t firstStep = region.list.size() + (region.row ? 1 : 0);
+  auto each = places_.lower_bound(region.list);
+  while (each != places_.end() && startsWith(each->first, region.list)) {
+    const bool isKept =
+        !region.contains(each->first) || each->second.isInUse || isInRows(each->first, firstStep);
+    each = isKept ? std::next(each) : places_.erase(each);
+  }
+}
+
+// The place of a list comes before those in its rows, so that it has been dropped by now if it is gone.
+bool ViewPlaces::isInRows(const ViewPath& path, std::size_t firstStep) const {
+  bool isInRow = false;
+  for (std::size_t step = firstStep; step < path.size(); ++step) {
+    if (!isRow(path[step])) continue;
+    isInRow = true;
+    const auto list = places_.find(ViewPath(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(step)));
+    if (list == places_.end() || path[step].position >= list->second.rowCount) return false;
+  }
+  return isInRow;
+}
+
+void ViewPlaces::keep(const ViewPath& path, const std::shared_ptr<View::Composite>& composite) {
+  Place& place = placeAt(path);
+  if (place.composite) composite->adoptState(*place.composite);
+  composite->attachState(invalidation_);
+  place.composite = composite;
+}
+
+void ViewPlaces::watch(const ViewPath& path, const std::vector<View::ChangeHook>& hooks) {
+  std::vector<Watch>& watches = placeAt(path).watches;
+  watches.resize(std::min(watches.size(), hooks.size()));
+  for (std::size_t i = 0; i < hooks.size(); ++i) {
+    if (i < watches.size()) {
+      watches[i].hook = hooks[i];
+    } else {
+      watches.push_back({hooks[i], hooks[i].read()});
+    }
+  }
+}
+
+void ViewPlaces::noteRows(const ViewPath& path, std::size_t count) { placeAt(path).rowCount = count; }
+
+// An action may have rows looked at, and so change what is kept.
+void ViewPlaces::checkWatches() {
+  for (auto each = places_.begin(); each != places_.end();) {
+    const ViewPath path = each->first;
+    for (std::size_t i = 0; each != places_.end() && i < each->second.watches.size(); ++i) {
+      Watch& watch = each->second.watches[i];
+      std::any value = watch.hook.read();
+      if (watch.hook.isEqual(watch.last, value)) continue;
+      watch.last = std::move(value);
+      const auto action = watch.hook.action;
+      action();
+      each = places_.find(path);
+    }
+    each = places_.upper_bound(path);
+  }
+}
+
+}  // namespace tarnix

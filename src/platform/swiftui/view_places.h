@@ -1,0 +1,75 @@
+#pragma once
+
+#include <any>
+#include <compare>
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+#include <typeindex>
+#include <vector>
+
+#include "platform/swiftui/view.h"
+
+namespace tarnix {
+
+// One step of the way from the root of a view tree to a place in it.
+struct ViewStep {
+  enum class Kind { child, attachment, body, row };
+  Kind kind = Kind::child;
+  std::size_t position = 0;  // In the parent.
+  std::type_index type;      // The composite view that stands there, else the kind of element.
+  std::optional<UUID> identity;
+
+  auto operator<=>(const ViewStep&) const = default;
+};
+using ViewPath = std::vector<ViewStep>;
+
+// What a graph keeps at the places of its tree: composite views with their state, and watched values.
+class ViewPlaces {
+ public:
+  explicit ViewPlaces(std::shared_ptr<ViewInvalidation> invalidation)
+      : invalidation_(std::move(invalidation)) {}
+
+  // A part of the tree that is looked at as a whole: all of it, or one row of the list at a place.
+  struct Region {
+    ViewPath list;
+    std::optional<std::size_t> row;
+
+    bool contains(const ViewPath& path) const;
+  };
+  // What is in the region and not named by one of the three below in between is given up at the end; what
+  // lies in rows is kept for as long as their list has so many.
+  void beginLook(const Region& region);
+  void endLook(const Region& region);
+
+  // Gives the view the state that is kept at its place, and keeps it from now on.
+  void keep(const ViewPath& path, const std::shared_ptr<View::Composite>& composite);
+  void watch(const ViewPath& path, const std::vector<View::ChangeHook>& hooks);
+  // How many rows lie below this place.
+  void noteRows(const ViewPath& path, std::size_t count);
+
+  // Runs the action of each watched value that differs from the last look.
+  void checkWatches();
+
+ private:
+  struct Watch {
+    View::ChangeHook hook;
+    std::any last;
+  };
+  struct Place {
+    std::shared_ptr<View::Composite> composite;
+    std::vector<Watch> watches;
+    std::size_t rowCount = 0;
+    bool isInUse = true;
+  };
+
+  Place& placeAt(const ViewPath& path);
+  // Whether the way leads through rows, from the given step on, and all of them are still there.
+  bool isInRows(const ViewPath& path, std::size_t firstStep) const;
+
+  std::shared_ptr<ViewInvalidation> invalidation_;
+  std::map<ViewPath, Place> places_;
+};
+
+}  // namespace tarnix
