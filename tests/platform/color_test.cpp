@@ -16,12 +16,6 @@ CGColor colorIn(const char* space, std::vector<CGFloat> components) {
 
 CGColor deviceColor() { return CGColorCreate(CGColorSpace::deviceRGB(), {0.25, 0.5, 0.75, 1}).value(); }
 
-// What archiving and unarchiving makes of a colour.
-std::optional<NSColor> copied(const NSColor& color) {
-  const auto data = NSKeyedArchiver::archivedDataWithRootObject(color, true);
-  return data ? NSKeyedUnarchiver::unarchivedObject<NSColor>(*data) : std::nullopt;
-}
-
 TEST(CGColor, hasTheComponentsOfItsSpaceAndAnAlpha) {
   for (const char* name : {"kCGColorSpaceSRGB", "kCGColorSpaceExtendedSRGB", "kCGColorSpaceDisplayP3",
                            "kCGColorSpaceLinearSRGB"}) {

@@ -6,7 +6,8 @@
 namespace tarnix::x11 {
 
 Ownership::Ownership(std::shared_ptr<Connection> connection,
-                     const xcb_xfixes_selection_notify_event_t& change, const Identify& identify)
+                     const xcb_xfixes_selection_notify_event_t& change, const Identify& identify,
+                     const std::shared_ptr<const Ownership>& former)
     : connection_(std::move(connection)),
       client_(clientOf(*connection_, change.owner)),
       time_(change.timestamp),
@@ -19,9 +20,14 @@ Ownership::Ownership(std::shared_ptr<Connection> connection,
     isManager_ = window != XCB_WINDOW_NONE && clientOf(*connection_, window) == client_;
   });
   if (!identify) return;
-  askProcess(batch_, *connection_, change.owner, [this, identify](std::optional<std::uint32_t> process) {
-    if (process) source_ = identify(static_cast<int>(*process));
-  });
+  const auto take = [this, identify, weak = std::weak_ptr(former)](std::optional<std::uint32_t> process) {
+    process_ = process;
+    const auto before = weak.lock();
+    const bool isSame = before && before->client_ == client_ && before->process_ == process_;
+    if (isSame) source_ = before->source_;
+    if (!isSame && process) source_ = identify(static_cast<int>(*process));
+  };
+  askProcess(batch_, *connection_, change.owner, take);
 }
 
 std::optional<ClientProcess> Ownership::owner() const {

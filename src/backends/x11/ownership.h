@@ -24,9 +24,10 @@ using Identify = std::function<std::function<std::optional<String>()>(int proces
 // before any of the owner's.
 class Ownership {
  public:
-  // `identify` may be empty.
+  // `identify` may be empty. It is not called for an owner that is the same process as the `former` one, if
+  // any.
   Ownership(std::shared_ptr<Connection> connection, const xcb_xfixes_selection_notify_event_t& change,
-            const Identify& identify);
+            const Identify& identify, const std::shared_ptr<const Ownership>& former = nullptr);
   Ownership(const Ownership&) = delete;
   Ownership& operator=(const Ownership&) = delete;
 
@@ -48,7 +49,8 @@ class Ownership {
   std::uint32_t client_;
   xcb_timestamp_t time_;
   bool isManager_ = false;
-  std::vector<ClientProcess> clients_;  // All on the display; none where the server can't tell.
+  std::vector<ClientProcess> clients_;    // All on the display; none where the server can't tell.
+  std::optional<std::uint32_t> process_;  // Of the owner.
   std::function<std::optional<String>()> source_;
   RequestBatch batch_;
 };

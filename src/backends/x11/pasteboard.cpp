@@ -102,8 +102,9 @@ void Pasteboard::ownerChanged(const xcb_xfixes_selection_notify_event_t& change)
   if (change.owner == XCB_WINDOW_NONE) return ownerLost(change);
   emptied_.cancel();
   const bool isOurs = change.owner == owner_.window();
-  unread_ = present_ == known_ ? nullptr : present_;
-  present_ = std::make_shared<Ownership>(connection_, change, isOurs ? Identify() : identify_);
+  const auto former = std::exchange(
+      present_, std::make_shared<Ownership>(connection_, change, isOurs ? Identify() : identify_, present_));
+  unread_ = former == known_ ? nullptr : former;
   if (!isOurs) return fetchSoon(change.selection_timestamp);
   nextFetch_.cancel();
   noteSettled();
