@@ -81,16 +81,6 @@ TEST_F(PasteboardObservable, tellsWhenAndWhereEachGenerationCameFrom) {
   EXPECT_NE(observable->info()->id, one->id);
 }
 
-TEST_F(PasteboardObservable, takesChangesBetweenTwoTicksForOne) {
-  startsWatching();
-  desktop.app("editor").copies("one");
-  desktop.advance(50ms);
-  desktop.app("editor").copies("two");
-  desktop.advance(1s);
-  EXPECT_EQ(announcements, 1);
-  EXPECT_EQ(desktop.windowListReads(), 1);
-}
-
 TEST_F(PasteboardObservable, believesTheMarkerAndLooksNoFurther) {
   desktop.app("editor").opensWindow();
   startsWatching();
@@ -156,23 +146,6 @@ TEST_F(PasteboardObservable, endsWithItsOwnerAlsoFromInsideANotice) {
   desktop.advance(1s);
   EXPECT_EQ(announcements, 1);
   EXPECT_EQ(desktop.runLoop().nextDue(), std::nullopt);
-}
-
-TEST_F(PasteboardObservable, doesNotKeepThePasteboardOfAPublisherAlive) {
-  auto pasteboard = std::make_shared<simulated::Pasteboard>([this] { desktop.runLoop().noteChange(); });
-  int generations = 0;
-  const auto watching =
-      NSPasteboard::contentsInfoPublisher(pasteboard).sink([&](const auto&) { ++generations; });
-  pasteboard->write({});
-  desktop.advance(300ms);
-  EXPECT_EQ(generations, 1);
-
-  const std::weak_ptr<NSPasteboard> observed = pasteboard;
-  pasteboard.reset();
-  EXPECT_TRUE(observed.expired());
-  desktop.runLoop().noteChange();
-  desktop.advance(1s);
-  EXPECT_EQ(generations, 1);
 }
 
 }  // namespace

@@ -312,19 +312,4 @@ TEST_P(UserDefaultsContract, anObserverIsNotKeptAliveAndMayEndTheSettings) {
   EXPECT_EQ(defaults->objectForKey("key"), PropertyList{std::int64_t{1}});
 }
 
-TEST_P(UserDefaultsContract, manyObserversAreEachToldOnceAndInOrder) {
-  std::vector<int> order;
-  std::vector<std::shared_ptr<NotingObserver>> observers;
-  for (int i = 0; i < 1000; ++i) {
-    observers.push_back(observer("key", "n"));
-    observers.back()->then = [&order, i] { order.push_back(i); };
-  }
-  set("key", std::int64_t{1});
-  ASSERT_EQ(order.size(), observers.size());
-  EXPECT_TRUE(std::ranges::is_sorted(order));
-  for (std::size_t i = 0; i < observers.size(); i += 2) observers[i].reset();
-  set("key", std::int64_t{2});
-  EXPECT_EQ(order.size(), 1500U);
-}
-
 }  // namespace tarnix::test

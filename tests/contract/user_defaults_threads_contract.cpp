@@ -84,27 +84,4 @@ TEST_P(UserDefaultsContract, changesAreToldOnTheThreadThatMakesThemInTheirOrder)
   }
 }
 
-TEST_P(UserDefaultsContract, observersMayComeAndGoWhileOthersWrite) {
-  onThreads([&](int thread) {
-    for (int i = 0; i < kRounds; ++i) {
-      const auto mine = std::make_shared<NotingObserver>();
-      defaults->addObserver(mine, "shared", kNewAndOld, nullptr);
-      if (thread % 2 == 0) defaults->setObject(number(i), "shared");
-      defaults->registerDefaults({{"registered " + std::to_string(thread), number(i)}});
-      if (i % 2 == 0) continue;  // Goes without a word.
-      defaults->removeObserver(*mine, "shared", nullptr);
-      mine->take();
-      defaults->setObject(number(i), "own " + std::to_string(thread));
-      defaults->removeObjectForKey("own " + std::to_string(thread));
-    }
-  });
-  const auto after = observer("shared", "n");
-  set("shared", std::int64_t{-1});
-  EXPECT_EQ(after->take().size(), 1U);
-  for (int i = 0; i < kThreads; ++i) {
-    EXPECT_EQ(defaults->objectForKey("registered " + std::to_string(i)), number(kRounds - 1));
-  }
-  EXPECT_EQ(defaults->dictionaryRepresentation().size(), std::size_t{kThreads + 1});
-}
-
 }  // namespace tarnix::test

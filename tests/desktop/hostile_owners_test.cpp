@@ -38,16 +38,5 @@ INSTANTIATE_TEST_SUITE_P(Modes, HostileOwnersTest,
                                            Hostility{"manyTargets", {"many-targets"}}),
                          [](const auto& suite) { return suite.param.name; });
 
-class LateOwnersTest : public DesktopTest {};
-
-// What an owner says after another one has come belongs to nobody.
-TEST_F(LateOwnersTest, whatComesTooLateIsNotTakenForTheNextCopy) {
-  const WindowReader window = openProgram();
-  copyWithScriptedOwner({"late", "--delay", "1500", "--text", "too late"});
-  ASSERT_TRUE(copyWithXclip("in time"));
-  ASSERT_TRUE(eventually([&] { return window.detailText() == "in time"; })) << window.tree();
-  EXPECT_FALSE(eventually([&] { return window.shows("too late"); }, 2500ms)) << window.tree();
-}
-
 }  // namespace
 }  // namespace tarnix::test

@@ -23,16 +23,6 @@ TEST(UUID, randomOnesAreOfVersionFourAndDiffer) {
   }
 }
 
-TEST(UUID, writesUpperCaseAndReadsEitherCase) {
-  constexpr const char* kText = "00112233-4455-6677-8899-AABBCCDDEEFF";
-  const auto id = UUID::fromString("00112233-4455-6677-8899-aaBBccDDeeFF");
-  ASSERT_TRUE(id);
-  EXPECT_EQ(id->uuidString(), kText);
-  EXPECT_EQ(id->bytes[4], 0x44);
-  const UUID random = UUID::random();
-  EXPECT_EQ(UUID::fromString(random.uuidString()), random);
-}
-
 TEST(UUID, readsNothingElse) {
   for (const char* text : {"", "00112233-4455-6677-8899-AABBCCDDEEF", "00112233-4455-6677-8899-AABBCCDDEEFF0",
                            "001122334-455-6677-8899-AABBCCDDEEFF", "00112233-4455-6677-8899-AABBCCDDEEFG",
@@ -57,11 +47,6 @@ TEST(URL, joinsARelativePathToItsBase) {
   EXPECT_EQ(joined("b", "/"), "/b");
   EXPECT_EQ(joined("/b", "/a"), "/b");
   EXPECT_EQ(joined("", "/a"), "/a");
-}
-
-TEST(URL, sharesThePathItIsGiven) {
-  const String path("/a/b");
-  EXPECT_TRUE(URL(path).path().sharesBytesWith(path));
 }
 
 TEST(URL, deletesTheExtensionOfTheLastComponentOnly) {

@@ -113,15 +113,6 @@ TEST_F(ViewGraphTest, tellsOnceOfEachEvaluationWhenItIsRendered) {
   EXPECT_THAT(order, ElementsAre("rendered", "rendered", "told"));
 }
 
-TEST_F(ViewGraphTest, anotherIdentityStartsAfreshInTheSamePlace) {
-  press(1);
-  turn();
-  probe.identity = UUID::random();
-  screen.redraws.set(1);
-  turn();
-  EXPECT_THAT(labels(), ElementsAre("first 0", "second 0"));
-}
-
 TEST_F(ViewGraphTest, aWatchedValueStartsOneActionForEachDifference) {
   probe.watched = 7;
   turn();

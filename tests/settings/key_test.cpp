@@ -11,17 +11,6 @@ using testing::IsEmpty;
 
 using KeyTest = SettingsTest;
 
-TEST_F(KeyTest, aRegisteredDefaultIsSeenByEveryReaderAndStoredNowhere) {
-  const Defaults::Key<bool> watching("watching", true);
-  EXPECT_EQ(stored("watching"), PropertyList{true});
-  EXPECT_TRUE(defaults[watching]);
-  defaults[watching] = true;  // Equal to the default, and stored all the same.
-  watching.suite()->registerDefaults({{"watching", PropertyList{false}}});
-  EXPECT_TRUE(defaults[watching]);
-  Defaults::reset(watching);
-  EXPECT_EQ(stored("watching"), PropertyList{false});
-}
-
 TEST_F(KeyTest, emptyAndUnstorableDefaultsAreNotRegistered) {
   const Defaults::Key<std::optional<bool>> undecided("undecided");
   const Defaults::Key<std::optional<String>> nameless("nameless", std::nullopt);
@@ -45,24 +34,6 @@ TEST_F(KeyTest, writingNothingRemovesTheEntryAndBringsTheDefaultBack) {
   defaults[size] = std::nullopt;
   EXPECT_EQ(defaults[size].get(), 12);
   EXPECT_EQ(stored("size"), PropertyList{std::int64_t{12}});
-}
-
-TEST_F(KeyTest, whatCannotBeReadYieldsTheDefaultAndStays) {
-  const Defaults::Key<bool> flag("flag", true);
-  const Defaults::Key<std::uint8_t> small("small", std::uint8_t{7});
-  const Defaults::Key<std::vector<String>> names("names", {"a"});
-  const PropertyList::Value wrong[] = {
-      String("yes"), std::int64_t{300},     0.5,
-      Date{},        PropertyList::Data{1}, PropertyList::Dictionary{{"a", PropertyList{true}}}};
-  for (const PropertyList::Value& value : wrong) {
-    for (const char* name : {"flag", "small", "names"}) store(name, value);
-    EXPECT_TRUE(defaults[flag]);
-    EXPECT_EQ(defaults[small], 7);
-    EXPECT_EQ(defaults[names].get(), std::vector<String>{"a"});
-    EXPECT_EQ(stored("flag"), PropertyList{value});
-  }
-  store("flag", std::int64_t{0});  // A number is no boolean.
-  EXPECT_TRUE(defaults[flag]);
 }
 
 TEST_F(KeyTest, changesInPlaceReadOnceAndWriteOnceAlsoWhenTheyFail) {

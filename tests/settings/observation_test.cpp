@@ -119,28 +119,6 @@ TEST_F(ObservationTest, deliveriesOfOthersAreIgnored) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST_F(ObservationTest, stopsForGoodAndAnyNumberOfTimes) {
-  Observation observation = observe();
-  observation->stop();
-  observation->stop();
-  defaults[count] = 1;
-  observation.reset();
-  Observation dropped = observe();
-  dropped.reset();
-  defaults[count] = 2;
-  EXPECT_THAT(seen, IsEmpty());
-
-  // From inside a delivery, the initial one included.
-  Observation once;
-  once = Defaults::observe(count, {}, [&](const Defaults::KeyChange<int>& change) {
-    recorder()(change);
-    once->stop();
-  });
-  defaults[count] = 3;
-  defaults[count] = 4;
-  EXPECT_THAT(seen, ElementsAre("2>3"));
-}
-
 TEST_F(ObservationTest, anOwnerKeepsItRunningUntilTheOwnerEnds) {
   auto owner = std::make_shared<Owner>();
   const std::weak_ptr<DefaultsObservation_> observation = observe()->bindToLifetime(owner);

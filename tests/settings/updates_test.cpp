@@ -54,20 +54,5 @@ TEST_F(UpdatesTest, droppingTheTaskEndsTheObservation) {
   EXPECT_THAT(values, ElementsAre(7));
 }
 
-TEST_F(UpdatesTest, writesOfOtherThreadsAreTakenOnTheLoop) {
-  const Task task = collect(Defaults::updates(number, false), &values);
-  runLoop();
-  std::vector<std::thread> writers;
-  for (int i = 0; i < 4; ++i) {
-    writers.emplace_back([this] {
-      for (int k = 0; k < 50; ++k) defaults[number] = 1;
-    });
-  }
-  for (std::thread& writer : writers) writer.join();
-  EXPECT_THAT(values, IsEmpty());
-  runLoop();
-  EXPECT_EQ(values, std::vector<int>(200, 1));
-}
-
 }  // namespace
 }  // namespace tarnix

@@ -42,23 +42,6 @@ TEST_P(ObservableTest, tellsInATurnOfTheLoopOfEveryChangeOnAnyThread) {
   EXPECT_EQ(observable->value(), 0);
 }
 
-TEST_P(ObservableTest, followsTheKeyThatItIsGiven) {
-  const auto observable = observe(count);
-  observable->setKey(Defaults::Key<int>("count", 9));  // Equal, so nothing starts anew.
-  runLoop();
-  EXPECT_EQ(told, 0);
-  observable->setKey(other);
-  runLoop();
-  told = 0;
-  defaults[count] = 1;
-  runLoop();
-  EXPECT_EQ(told, 0);
-  defaults[other] = 5;
-  runLoop();
-  EXPECT_EQ(told, 1);
-  EXPECT_EQ(observable->value(), 5);
-}
-
 INSTANTIATE_TEST_SUITE_P(Roads, ObservableTest,
                          testing::Values(ObservationRoad::updates, ObservationRoad::publisher),
                          [](const auto& road) {

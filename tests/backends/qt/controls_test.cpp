@@ -17,45 +17,6 @@ void type(QWidget* widget, int key, const QString& text = {}) {
   }
 }
 
-View activeSwitch(bool& isOn) {
-  return Toggle("Active", bindingTo(isOn)).toggleStyle(modifiers::ToggleStyle::switchControl);
-}
-
-TEST(Toggle, isACheckableSwitchThatWritesItsBinding) {
-  Stage stage;
-  bool isOn = true;
-  stage.show(HStack({activeSwitch(isOn)}));
-  EXPECT_TRUE(stage.find(QAccessible::CheckBox, "Active")->state().checkable);
-  EXPECT_TRUE(stage.find(QAccessible::CheckBox, "Active")->state().checked);
-  stage.press(QAccessible::CheckBox, "Active");
-  EXPECT_FALSE(isOn);
-  type(stage.widget(QAccessible::CheckBox, "Active"), Qt::Key_Space, " ");
-  EXPECT_TRUE(isOn);
-}
-
-TEST(Toggle, showsWhatItsBindingSaysWithoutWritingIt) {
-  Stage stage;
-  bool isOn = true;
-  int writings = 0;
-  const Binding<bool> binding{[&] { return isOn; }, [&](bool) { ++writings; }};
-  const View view = Toggle("Active", binding).toggleStyle(modifiers::ToggleStyle::switchControl);
-  stage.show(view);
-  isOn = false;
-  stage.show(view);
-  EXPECT_FALSE(stage.find(QAccessible::CheckBox, "Active")->state().checked);
-  EXPECT_EQ(writings, 0);
-}
-
-TEST(Toggle, isNamedByItsLabelView) {
-  Stage stage;
-  bool isOn = false;
-  stage.show(HStack(
-      {Toggle(bindingTo(isOn), Text("By text")), Toggle(bindingTo(isOn), Label("By label", "trash"))}));
-  stage.press(QAccessible::CheckBox, "By text");
-  EXPECT_TRUE(isOn);
-  EXPECT_TRUE(stage.has(QAccessible::CheckBox, "By label"));
-}
-
 TEST(Button, thatShowsItsSymbolOnlyIsNamedByItsTitle) {
   Stage stage;
   int presses = 0;
@@ -118,26 +79,6 @@ class DialogStage : public Stage {
   int cancellations = 0;
 };
 
-TEST(ConfirmationDialog, runsTheChosenActionAndCanBeOpenedAgain) {
-  DialogStage stage;
-  QMessageBox* box = stage.ask();
-  ASSERT_NE(box, nullptr);
-  EXPECT_EQ(box->text(), "Are you sure?");
-  EXPECT_EQ(box->informativeText(), "This cannot be reverted!");
-  EXPECT_EQ(box->windowModality(), Qt::WindowModal);
-  EXPECT_EQ(stage.deletions, 0);
-  stage.choose("Delete all clips");
-  EXPECT_EQ(stage.deletions, 1);
-  EXPECT_FALSE(stage.isPresented);
-  EXPECT_EQ(stage.window().findChild<QMessageBox*>(), nullptr);
-
-  ASSERT_NE(stage.ask(), nullptr);
-  stage.choose("Cancel");
-  EXPECT_EQ(stage.deletions, 1);
-  EXPECT_EQ(stage.cancellations, 1);
-  EXPECT_FALSE(stage.isPresented);
-}
-
 TEST(ConfirmationDialog, takesEscapeReturnAndClosingForCancelling) {
   DialogStage stage;
   type(stage.ask(), Qt::Key_Escape);
@@ -148,15 +89,6 @@ TEST(ConfirmationDialog, takesEscapeReturnAndClosingForCancelling) {
   EXPECT_FALSE(stage.isPresented);
   EXPECT_EQ(stage.cancellations, 3);
   EXPECT_EQ(stage.deletions, 0);
-}
-
-TEST(ConfirmationDialog, goesWhenItIsNoLongerPresented) {
-  DialogStage stage;
-  stage.ask();
-  stage.isPresented = false;
-  stage.showAgain();
-  EXPECT_EQ(stage.window().findChild<QMessageBox*>(), nullptr);
-  EXPECT_EQ(stage.cancellations, 0);
 }
 
 }  // namespace

@@ -127,22 +127,6 @@ TEST(List, emptiedWhileScrolledStartsAtItsTopAgain) {
   EXPECT_GT(stage.view().visualRect(stage.view().model()->index(0, 0)).top(), 0) << "below the header";
 }
 
-TEST(List, aPickWritesTheTagOfItsRow) {
-  ListStage stage(5);
-  stage.click(2);
-  EXPECT_EQ(stage.selection, stage.tagOf(2));
-  QTest::keyClick(&stage.view(), Qt::Key_Down);
-  EXPECT_EQ(stage.selection, stage.tagOf(3));
-  QTest::keyClick(&stage.view(), Qt::Key_Home);
-  EXPECT_EQ(stage.selection, stage.tagOf(0));
-  QTest::keyClick(&stage.view(), Qt::Key_End);
-  EXPECT_EQ(stage.selection, stage.tagOf(4));
-  QTest::keyClick(&stage.view(), Qt::Key_Up);
-  EXPECT_EQ(stage.selection, stage.tagOf(3));
-  stage.list()->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-  EXPECT_EQ(stage.selection, stage.tagOf(1));
-}
-
 TEST(List, aPageKeyMovesByWhatIsSeen) {
   ListStage stage(1000);
   stage.click(0);

@@ -51,19 +51,6 @@ TEST(NavigationView, theToolbarButtonHidesTheSidebarAndBringsItBackAsItWas) {
   EXPECT_EQ(stage.window().findChild<QLineEdit*>()->text(), "word");
 }
 
-TEST(NavigationView, showsTheTitleAndTheItemsOfTheDetail) {
-  Stage stage;
-  const auto copyButton = ToolbarItem(elements::ToolbarPlacement::primaryAction,
-                                      Button([] {}, Image("doc")).accessibilityLabel("Copy"));
-  stage.show(navigation(Text("side"), Text("clip").navigationTitle("File").toolbar({copyButton})));
-  EXPECT_TRUE(stage.has(QAccessible::StaticText, "File"));
-  EXPECT_GT(stage.find(QAccessible::Button, "Copy")->rect().left(),
-            stage.find(QAccessible::Button, "Toggle Sidebar")->rect().right());
-  stage.show(navigation(Text("side"), Text("none")));
-  EXPECT_FALSE(stage.has(QAccessible::StaticText, "File"));
-  EXPECT_FALSE(stage.has(QAccessible::Button, "Copy"));
-}
-
 TEST(NavigationView, isReadAndWalkedThroughFromTheSidebarOn) {
   Stage stage;
   std::optional<UUID> selection;

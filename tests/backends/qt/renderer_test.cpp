@@ -78,11 +78,5 @@ TEST(Renderer, aStackWithoutSpacersStandsInTheMiddle) {
   EXPECT_NEAR(above, below, 1);
 }
 
-TEST(Renderer, textsAreNeverTakenForMarkup) {
-  Stage stage;
-  stage.show(VStack({Text("<b>bold</b> & <img src='x'>")}));
-  EXPECT_TRUE(stage.has(QAccessible::StaticText, "<b>bold</b> & <img src='x'>"));
-}
-
 }  // namespace
 }  // namespace tarnix::qt

@@ -40,32 +40,6 @@ class PasteboardWriting : public testing::Desktop {
   }
 };
 
-TEST_F(PasteboardWriting, isSeenByOtherProgramsAsOneCopy) {
-  ASSERT_TRUE(copyText("theirs"));
-  Peer peer(server.display(), loop);
-  EXPECT_FALSE(pasteboard->setString("not mine to change", NSPasteboardTypeString));
-  EXPECT_EQ(pasteboard->clearContents(), 2);
-  EXPECT_EQ(pasteboard->changeCount(), 2);
-  EXPECT_TRUE(items().empty());
-  EXPECT_TRUE(pasteboard->setString("mine \xE2\x82\xAC", NSPasteboardTypeString));
-  EXPECT_TRUE(pasteboard->setString("{\\rtf1 mine}", NSPasteboardTypeRTF));
-  EXPECT_EQ(text(), "mine \xE2\x82\xAC");
-  const auto written = items();
-
-  EXPECT_EQ(pastedAs("UTF8_STRING"), "mine \xE2\x82\xAC");
-  EXPECT_EQ(pastedAs("text/plain;charset=utf-8"), "mine \xE2\x82\xAC");
-  EXPECT_EQ(pastedAs("application/rtf"), "{\\rtf1 mine}");
-  EXPECT_EQ(outputOf({"xsel", "-b", "-o"}), "mine \xE2\x82\xAC");
-  // The own content is never fetched back.
-  EXPECT_EQ(pasteboard->changeCount(), 2);
-  EXPECT_EQ(items(), written);
-
-  ASSERT_TRUE(copyText("theirs again"));
-  EXPECT_EQ(pasteboard->changeCount(), 3);
-  EXPECT_FALSE(pasteboard->setString("too late", NSPasteboardTypeString));
-  EXPECT_EQ(written[0]->stringForType(NSPasteboardTypeString), "mine \xE2\x82\xAC");
-}
-
 TEST_F(PasteboardWriting, offersWhatItsContentCanBe) {
   Peer peer(server.display(), loop);
   write("caf\xC3\xA9");
