@@ -14,7 +14,7 @@
 
 #include "app/memory_return.h"
 #include "backends/simulated/desktop.h"
-#include "backends/x11/pasteboard_items.h"
+#include "backends/x11/clipboard/pasteboard_items.h"
 #include "history/content_view.h"
 
 namespace tarnix {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "bench/ratio_main.h"
-#include "settings/observe.h"
+#include "settings/observation/observe.h"
 #include "settings/store.h"
 
 namespace tarnix {

@@ -10,7 +10,7 @@ declare -A tarnix_packages=(
   # A virtual screen, and programs of other makers that copy and paste on it.
   [desktop]="xvfb openbox xclip xsel xdotool xterm zenity x11-utils imagemagick
              dbus dbus-x11 at-spi2-core python3-gi gir1.2-gtk-3.0 gir1.2-atspi-2.0"
-  [test]="libgtest-dev libgmock-dev libatspi2.0-dev clang-format-14 python3 desktop-file-utils appstream"
+  [test]="clang-16 libgtest-dev libgmock-dev libatspi2.0-dev clang-format-14 python3 desktop-file-utils appstream"
   [bench]="libbenchmark-dev"
   [tidy]="clang-tidy-14"
   [fuzz]="clang-14 libclang-rt-14-dev"

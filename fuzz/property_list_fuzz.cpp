@@ -2,8 +2,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "backends/linux/property_list_reader.h"
-#include "backends/linux/property_list_writer.h"
+#include "backends/linux/files/property_list_reader.h"
+#include "backends/linux/files/property_list_writer.h"
 
 namespace {
 

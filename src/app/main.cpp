@@ -11,7 +11,7 @@
 #include "backends/qt/application.h"
 #include "backends/qt/run_loop_driver.h"
 #include "backends/qt/window.h"
-#include "backends/x11/pasteboard.h"
+#include "backends/x11/clipboard/pasteboard.h"
 #include "backends/x11/session.h"
 #include "history/content_view.h"
 #include "platform/swiftui/view_graph.h"

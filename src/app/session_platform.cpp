@@ -8,14 +8,14 @@
 #include <utility>
 
 #include "app/absent.h"
-#include "backends/linux/base_directories.h"
-#include "backends/linux/defaults_file.h"
-#include "backends/linux/desktop_entries.h"
+#include "backends/linux/applications/desktop_entries.h"
+#include "backends/linux/applications/workspace.h"
+#include "backends/linux/files/base_directories.h"
+#include "backends/linux/files/defaults_file.h"
 #include "backends/linux/poll_driver.h"
-#include "backends/linux/workspace.h"
-#include "backends/x11/pasteboard.h"
-#include "backends/x11/screens.h"
-#include "backends/x11/window_server.h"
+#include "backends/x11/clipboard/pasteboard.h"
+#include "backends/x11/windows/screens.h"
+#include "backends/x11/windows/window_server.h"
 
 namespace tarnix {
 namespace {

@@ -9,7 +9,7 @@
 #include "capture/pasteboard_observable.h"
 #include "history/clip_history.h"
 #include "platform/swiftui/view.h"
-#include "settings/default.h"
+#include "settings/views/default.h"
 
 namespace tarnix {
 

@@ -9,9 +9,9 @@
 #include "platform/appkit/workspace.h"
 #include "platform/coregraphics/window_list.h"
 #include "platform/foundation/date.h"
-#include "platform/foundation/defaults_suites.h"
+#include "platform/foundation/defaults/defaults_suites.h"
+#include "platform/foundation/defaults/user_defaults.h"
 #include "platform/foundation/run_loop.h"
-#include "platform/foundation/user_defaults.h"
 
 namespace tarnix {
 

@@ -6,9 +6,9 @@
 #include <optional>
 #include <utility>
 
+#include "platform/foundation/defaults/user_defaults.h"
 #include "platform/foundation/string.h"
-#include "platform/foundation/user_defaults.h"
-#include "settings/serializable.h"
+#include "settings/bridges/serializable.h"
 
 namespace tarnix {
 

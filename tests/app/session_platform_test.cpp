@@ -9,9 +9,9 @@
 #include <optional>
 #include <utility>
 
-#include "backends/linux/defaults_file.h"
+#include "backends/linux/files/defaults_file.h"
 #include "backends/linux/poll_driver.h"
-#include "backends/x11/pasteboard.h"
+#include "backends/x11/clipboard/pasteboard.h"
 #include "backends/x11/x_server.h"
 #include "history/content_view.h"
 #include "platform/swiftui/view_graph.h"

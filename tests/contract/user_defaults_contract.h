@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/foundation/user_defaults.h"
+#include "platform/foundation/defaults/user_defaults.h"
 
 namespace tarnix::test {
 

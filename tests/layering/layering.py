@@ -60,6 +60,33 @@ ROOMS = {
     "backends/x11": backend(QT),
     "backends/qt": backend(XCB),
 }
+# The rooms inside some of them, and which of each other these include. What lies beside them may include all.
+CHAMBERS = {
+    "backends/linux": {"files": (), "applications": ("files",)},
+    "backends/qt": {
+        "theme": (),
+        "widgets": ("theme",),
+        "text": ("theme", "widgets"),
+        "rows": ("theme", "widgets"),
+        "tree": ("theme",),
+        "presenters": ("theme", "widgets", "text", "rows", "tree"),
+    },
+    "backends/x11": {
+        "text": (), "connection": ("text",), "windows": ("connection",), "clipboard": ("text", "connection"),
+    },
+    "platform": {
+        "foundation": (),
+        "foundation/coding": ("foundation",),
+        "foundation/defaults": ("foundation",),
+        "combine": ("foundation",),
+        "concurrency": ("foundation",),
+        "coregraphics": ("foundation",),
+        "appkit": ("foundation", "foundation/coding", "combine", "coregraphics"),
+        "swiftui": ("foundation", "combine", "coregraphics", "appkit"),
+    },
+    # Observing and showing a setting takes its key.
+    "settings": {"bridges": (), "observation": ("", "bridges"), "views": ("", "bridges", "observation")},
+}
 # The one room that knows all others.
 UNRESTRICTED_ROOM = "app"
 
@@ -72,11 +99,11 @@ IMPURE_CALLS = re.compile(
     r"|this_thread|jthread|sleep_for|sleep_until)\b"
 )
 # They report what they can't decode or encode; that is part of what they do.
-MAY_PRINT = {"src/capture/dynamic_type.cpp", "src/settings/codable_bridge.cpp"}
+MAY_PRINT = {"src/capture/dynamic_type.cpp", "src/settings/bridges/codable_bridge.cpp"}
 # Settings may be used from any thread, and the main run loop can be reached from any.
 MAY_LOCK = {
-    "src/platform/concurrency/async_stream.h", "src/platform/foundation/defaults_suites.h",
-    "src/platform/foundation/run_loop.h", "src/platform/foundation/user_defaults.h",
+    "src/platform/concurrency/async_stream.h", "src/platform/foundation/defaults/defaults_suites.h",
+    "src/platform/foundation/run_loop.h", "src/platform/foundation/defaults/user_defaults.h",
 }
 
 
@@ -97,6 +124,18 @@ def room_of(path):
     return None
 
 
+def chamber_of(room, path):
+    """The room inside `room` that a path below src/ lies in; empty beside them."""
+    return path.removeprefix(room + "/").rpartition("/")[0]
+
+
+def may_enter(room, path, header):
+    """Whether the file may include this header of its own room."""
+    inner = CHAMBERS.get(room, {})
+    start, end = chamber_of(room, path.removeprefix("src/")), chamber_of(room, header)
+    return start == end or (end in inner if start == "" else end in inner.get(start, ()))
+
+
 def may_use_library(room, header, path):
     if room.libraries == "own":
         return path.endswith(".cpp") and any(
@@ -114,7 +153,8 @@ def include_fault(name, path, line):
     own, header = match.groups()
     if own is not None:
         target = room_of(own)
-        return None if target in room.includes | {name} else f'includes "{own}"'
+        is_allowed = may_enter(name, path, own) if target == name else target in room.includes
+        return None if is_allowed else f'includes "{own}"'
     if header in STANDARD_HEADERS:
         is_allowed = not room.is_pure or header not in IMPURE_HEADERS
         is_allowed = is_allowed or (header == "iostream" and path in MAY_PRINT)

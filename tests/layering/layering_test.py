@@ -24,6 +24,8 @@ FAULTS = [
     ("an interface sees logic", "src/platform/a.h", '#include "capture/b.h"\n', '1: src/platform includes "capture/b.h"'),
     ("a backend sees another", "src/backends/qt/a.h", '#include "backends/x11/b.h"\n', '1: src/backends/qt includes "backends/x11/b.h"'),
     ("X11 sees the toolkit", "src/backends/x11/a.h", "#include <QObject>\n", "1: src/backends/x11 includes <QObject>"),
+    ("an inner room sees one above it", "src/backends/qt/theme/a.h", '#include "backends/qt/rows/b.h"\n', '1: src/backends/qt includes "backends/qt/rows/b.h"'),
+    ("an inner room sees what puts all together", "src/platform/combine/a.h", '#include "platform/platform.h"\n', '1: src/platform includes "platform/platform.h"'),
     ("an include from beside", "src/capture/b.cpp", '#include "b.h"\n', '1: src/capture includes "b.h"'),
     ("an include by macro", "src/capture/b.cpp", "#include NAME\n", "1: src/capture includes what a macro names"),
     ("a folder nobody knows", "src/misc/a.cpp", "", " lies in no known folder"),

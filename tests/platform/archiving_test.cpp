@@ -3,8 +3,8 @@
 #include <cmath>
 #include <string>
 
-#include "platform/foundation/json_coding.h"
-#include "platform/foundation/keyed_archiver.h"
+#include "platform/foundation/coding/json_coding.h"
+#include "platform/foundation/coding/keyed_archiver.h"
 
 namespace tarnix {
 namespace {

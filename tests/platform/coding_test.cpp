@@ -1,4 +1,4 @@
-#include "platform/foundation/coding.h"
+#include "platform/foundation/coding/coding.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <string>
 #include <unordered_map>
 
-#include "platform/foundation/base64.h"
-#include "platform/foundation/json_coding.h"
+#include "platform/foundation/coding/base64.h"
+#include "platform/foundation/coding/json_coding.h"
 
 namespace tarnix {
 namespace {

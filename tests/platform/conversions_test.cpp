@@ -3,10 +3,10 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/foundation/coding.h"
-#include "platform/foundation/lossless_string.h"
+#include "platform/foundation/coding/coding.h"
+#include "platform/foundation/coding/lossless_string.h"
+#include "platform/foundation/coding/raw_representable.h"
 #include "platform/foundation/range.h"
-#include "platform/foundation/raw_representable.h"
 
 namespace tarnix {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/foundation/exact_number.h"
+#include "platform/foundation/coding/exact_number.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/foundation/user_defaults.h"
+#include "platform/foundation/defaults/user_defaults.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/foundation/defaults_suites.h"
+#include "platform/foundation/defaults/defaults_suites.h"
 
 namespace tarnix {
 namespace {

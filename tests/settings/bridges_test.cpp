@@ -1,7 +1,7 @@
 #include <limits>
 #include <set>
 
-#include "platform/foundation/raw_representable.h"
+#include "platform/foundation/coding/raw_representable.h"
 #include "settings/settings_test.h"
 #include "settings/store.h"
 

@@ -3,11 +3,11 @@
 #include <thread>
 #include <vector>
 
-#include "settings/observe.h"
-#include "settings/publisher.h"
+#include "settings/observation/observe.h"
+#include "settings/observation/publisher.h"
+#include "settings/observation/without_propagation.h"
 #include "settings/settings_test.h"
 #include "settings/store.h"
-#include "settings/without_propagation.h"
 
 namespace tarnix {
 namespace {

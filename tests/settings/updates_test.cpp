@@ -1,9 +1,9 @@
 #include <thread>
 #include <vector>
 
+#include "settings/observation/updates.h"
 #include "settings/settings_test.h"
 #include "settings/store.h"
-#include "settings/updates.h"
 
 namespace tarnix {
 namespace {

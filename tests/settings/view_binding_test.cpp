@@ -2,9 +2,9 @@
 
 #include "platform/swiftui/text_renderer.h"
 #include "platform/swiftui/view_graph.h"
-#include "settings/default.h"
 #include "settings/settings_test.h"
-#include "settings/toggle.h"
+#include "settings/views/default.h"
+#include "settings/views/toggle.h"
 
 namespace tarnix {
 namespace {

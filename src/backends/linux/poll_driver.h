@@ -3,7 +3,7 @@
 #include <functional>
 #include <optional>
 
-#include "backends/linux/file_descriptor.h"
+#include "backends/linux/files/file_descriptor.h"
 #include "platform/foundation/date.h"
 #include "platform/foundation/run_loop.h"
 

@@ -4,9 +4,9 @@
 #include <QPalette>
 #include <optional>
 
-#include "backends/qt/style.h"
 #include "backends/qt/termination_signals.h"
-#include "backends/qt/theme.h"
+#include "backends/qt/theme/style.h"
+#include "backends/qt/theme/theme.h"
 
 // In a static library the drawings are linked in, and known to the toolkit, only when asked for; outside any
 // namespace, as the toolkit's macro wants it.

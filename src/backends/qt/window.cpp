@@ -10,7 +10,7 @@
 #include <QWindow>
 #include <utility>
 
-#include "backends/qt/renderer.h"
+#include "backends/qt/tree/renderer.h"
 
 namespace tarnix::qt {
 namespace {

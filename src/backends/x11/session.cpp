@@ -1,8 +1,8 @@
 #include "backends/x11/session.h"
 
-#include "backends/x11/pasteboard.h"
-#include "backends/x11/screens.h"
-#include "backends/x11/window_server.h"
+#include "backends/x11/clipboard/pasteboard.h"
+#include "backends/x11/windows/screens.h"
+#include "backends/x11/windows/window_server.h"
 
 namespace tarnix::x11 {
 

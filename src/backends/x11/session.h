@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "backends/x11/connection.h"
-#include "backends/x11/result.h"
-#include "backends/x11/transfer.h"
+#include "backends/x11/clipboard/transfer.h"
+#include "backends/x11/connection/connection.h"
+#include "backends/x11/connection/result.h"
 
 namespace tarnix::x11 {
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/platform.h"
-
 namespace tarnix {
 
 bool NSApplication::sendAction(const String& action) const {
@@ -24,7 +22,5 @@ AnyCancellable NSApplication::addResponder(const String& action, std::function<v
     }
   });
 }
-
-NSApplication& NSApp() { return *Platform::installed().application; }
 
 }  // namespace tarnix

@@ -5,7 +5,7 @@
 #include <variant>
 
 #include "platform/coregraphics/color.h"
-#include "platform/foundation/keyed_archiver.h"
+#include "platform/foundation/coding/keyed_archiver.h"
 #include "platform/foundation/string.h"
 
 namespace tarnix {

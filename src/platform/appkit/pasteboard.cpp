@@ -1,7 +1,5 @@
 #include "platform/appkit/pasteboard.h"
 
-#include "platform/platform.h"
-
 namespace tarnix {
 
 const NSPasteboard::PasteboardType& NSPasteboard::sourceType() {
@@ -10,9 +8,5 @@ const NSPasteboard::PasteboardType& NSPasteboard::sourceType() {
 }
 
 std::shared_ptr<NSPasteboard> NSPasteboard::generalPasteboard() { return pasteboardWithName(Name::general); }
-
-std::shared_ptr<NSPasteboard> NSPasteboard::pasteboardWithName(Name name) {
-  return Platform::installed().pasteboards.at(static_cast<std::size_t>(name));
-}
 
 }  // namespace tarnix

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/platform.h"
-
 namespace tarnix {
 
 struct RunLoop::Timer {
@@ -59,8 +57,6 @@ RunLoop::~RunLoop() {
   inbox_->wake_ = nullptr;
   dropped.swap(inbox_->tasks_);
 }
-
-RunLoop& RunLoop::main() { return *Platform::installed().mainRunLoop; }
 
 RunLoop::Subscription RunLoop::scheduleTimer(Duration interval, TimerOptions options, Callback fire) {
   const Instant start = now();

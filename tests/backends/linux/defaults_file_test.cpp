@@ -1,4 +1,4 @@
-#include "backends/linux/defaults_file.h"
+#include "backends/linux/files/defaults_file.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "backends/linux/base_directories.h"
-#include "backends/linux/property_list_reader.h"
+#include "backends/linux/files/base_directories.h"
+#include "backends/linux/files/property_list_reader.h"
 #include "backends/linux/temporary_directory.h"
 
 namespace tarnix::linux_desktop {

@@ -1,9 +1,9 @@
-#include "backends/linux/desktop_entries.h"
+#include "backends/linux/applications/desktop_entries.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include "backends/linux/program_name.h"
+#include "backends/linux/applications/program_name.h"
 #include "backends/linux/temporary_directory.h"
 
 namespace tarnix::linux_desktop {

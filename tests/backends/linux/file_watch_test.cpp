@@ -1,4 +1,4 @@
-#include "backends/linux/file_watch.h"
+#include "backends/linux/files/file_watch.h"
 
 #include <gmock/gmock.h>
 #include <poll.h>

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <string>
 
-#include "backends/linux/property_list_reader.h"
-#include "backends/linux/property_list_writer.h"
+#include "backends/linux/files/property_list_reader.h"
+#include "backends/linux/files/property_list_writer.h"
 
 namespace tarnix::linux_desktop {
 namespace {

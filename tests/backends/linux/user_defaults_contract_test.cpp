@@ -1,6 +1,6 @@
 #include "contract/user_defaults_contract.h"
 
-#include "backends/linux/defaults_file.h"
+#include "backends/linux/files/defaults_file.h"
 #include "backends/linux/temporary_directory.h"
 
 namespace tarnix::linux_desktop {

@@ -1,4 +1,4 @@
-#include "backends/linux/workspace.h"
+#include "backends/linux/applications/workspace.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>

@@ -7,9 +7,9 @@
 #include <QMessageBox>
 #include <QtTest>
 
-#include "backends/qt/plain_text_view.h"
-#include "backends/qt/search_field.h"
 #include "backends/qt/stage.h"
+#include "backends/qt/text/plain_text_view.h"
+#include "backends/qt/widgets/search_field.h"
 
 namespace {
 int usesOfTheToolkitsClipboard = 0;

@@ -7,7 +7,7 @@
 #include <QScrollBar>
 #include <QTest>
 
-#include "backends/qt/row_view.h"
+#include "backends/qt/rows/row_view.h"
 #include "backends/qt/stage.h"
 
 namespace tarnix::qt {

@@ -9,11 +9,11 @@
 #include <array>
 #include <map>
 
-#include "backends/qt/row_view.h"
+#include "backends/qt/rows/row_view.h"
 #include "backends/qt/stage.h"
-#include "backends/qt/symbols.h"
-#include "backends/qt/text.h"
-#include "backends/qt/theme.h"
+#include "backends/qt/theme/symbols.h"
+#include "backends/qt/theme/text.h"
+#include "backends/qt/theme/theme.h"
 
 namespace tarnix::qt {
 namespace {

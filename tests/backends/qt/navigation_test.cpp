@@ -6,7 +6,7 @@
 #include <QSplitter>
 #include <QTest>
 
-#include "backends/qt/row_view.h"
+#include "backends/qt/rows/row_view.h"
 #include "backends/qt/stage.h"
 #include "platform/appkit/application.h"
 

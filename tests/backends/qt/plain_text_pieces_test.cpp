@@ -1,4 +1,4 @@
-#include "backends/qt/plain_text_pieces.h"
+#include "backends/qt/text/plain_text_pieces.h"
 
 #include <gmock/gmock.h>
 
@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "backends/qt/plain_text_decoding.h"
-#include "backends/qt/plain_text_drawn.h"
-#include "backends/qt/plain_text_index.h"
+#include "backends/qt/text/plain_text_decoding.h"
+#include "backends/qt/text/plain_text_drawn.h"
+#include "backends/qt/text/plain_text_index.h"
 
 namespace tarnix::qt {
 namespace {

@@ -1,4 +1,4 @@
-#include "backends/qt/plain_text_view.h"
+#include "backends/qt/text/plain_text_view.h"
 
 #include <gmock/gmock.h>
 

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <memory>
 
-#include "backends/qt/renderer.h"
+#include "backends/qt/tree/renderer.h"
 #include "backends/simulated/pasteboard.h"
 #include "platform/platform.h"
 #include "platform/swiftui/view_graph.h"

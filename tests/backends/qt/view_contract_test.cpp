@@ -5,10 +5,10 @@
 #include <QMessageBox>
 #include <QtTest>
 
-#include "backends/qt/plain_text_view.h"
-#include "backends/qt/row_view.h"
+#include "backends/qt/rows/row_view.h"
 #include "backends/qt/stage.h"
-#include "backends/qt/text.h"
+#include "backends/qt/text/plain_text_view.h"
+#include "backends/qt/theme/text.h"
 #include "contract/changing_view.h"
 
 namespace tarnix::qt {

@@ -1,4 +1,4 @@
-#include "backends/x11/connection.h"
+#include "backends/x11/connection/connection.h"
 
 #include <gtest/gtest.h>
 

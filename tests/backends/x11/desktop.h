@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "backends/linux/poll_driver.h"
-#include "backends/x11/pasteboard.h"
+#include "backends/x11/clipboard/pasteboard.h"
 #include "backends/x11/session.h"
 #include "backends/x11/x_server.h"
 #include "support/process.h"

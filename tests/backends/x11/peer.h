@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "backends/x11/connection.h"
-#include "backends/x11/hidden_window.h"
+#include "backends/x11/connection/connection.h"
+#include "backends/x11/connection/hidden_window.h"
 
 namespace tarnix::x11::testing {
 

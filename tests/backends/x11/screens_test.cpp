@@ -1,4 +1,4 @@
-#include "backends/x11/screens.h"
+#include "backends/x11/windows/screens.h"
 
 #include <gmock/gmock.h>
 #include <sys/uio.h>

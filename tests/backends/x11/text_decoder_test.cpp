@@ -1,4 +1,4 @@
-#include "backends/x11/text_decoder.h"
+#include "backends/x11/text/text_decoder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "backends/x11/type_mapping.h"
+#include "backends/x11/clipboard/type_mapping.h"
 
 #include <gmock/gmock.h>
 

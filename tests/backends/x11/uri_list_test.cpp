@@ -1,4 +1,4 @@
-#include "backends/x11/uri_list.h"
+#include "backends/x11/clipboard/uri_list.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <stdexcept>
 
-#include "backends/x11/property_value.h"
+#include "backends/x11/connection/property_value.h"
 
 namespace tarnix::x11::testing {
 namespace {

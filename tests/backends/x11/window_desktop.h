@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "backends/linux/poll_driver.h"
-#include "backends/x11/connection.h"
-#include "backends/x11/window_server.h"
+#include "backends/x11/connection/connection.h"
+#include "backends/x11/windows/window_server.h"
 #include "backends/x11/x_server.h"
 #include "support/process.h"
 

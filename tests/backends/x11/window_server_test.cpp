@@ -1,4 +1,4 @@
-#include "backends/x11/window_server.h"
+#include "backends/x11/windows/window_server.h"
 
 #include <gmock/gmock.h>
 #include <signal.h>

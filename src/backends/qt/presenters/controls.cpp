@@ -1,0 +1,130 @@
+#include <QCheckBox>
+#include <QPushButton>
+
+#include "backends/qt/theme/fonts.h"
+#include "backends/qt/theme/symbols.h"
+#include "backends/qt/theme/text.h"
+#include "backends/qt/tree/presenter.h"
+#include "backends/qt/widgets/switch_button.h"
+#include "backends/qt/widgets/symbol_button.h"
+#include "platform/swiftui/label.h"
+
+namespace tarnix::qt {
+namespace {
+
+bool isSwitch(const Element& element) {
+  const auto* style = element.modifier<modifiers::ToggleStyle>();
+  return style != nullptr && *style == modifiers::ToggleStyle::switchControl;
+}
+
+// A toggle as one of Qt's checkable buttons.
+template <typename Checkable>
+class TogglePresenter : public WidgetPresenter<Checkable> {
+ public:
+  TogglePresenter(Rendering& rendering, bool isSwitch)
+      : WidgetPresenter<Checkable>(rendering), isSwitch_(isSwitch) {
+    QObject::connect(this->widget(), &QAbstractButton::toggled, this->widget(),
+                     [this](bool isOn) { write(isOn); });
+  }
+
+  bool canShow(const Element& element) const override { return isSwitch(element) == isSwitch_; }
+
+  void show(const Element& element) override {
+    const auto& toggle = *element.as<elements::Toggle>();
+    isOn_ = toggle.isOn;
+    label_ = toQString(toggle.label.empty() ? labelOf(element).title : toggle.label);
+    if (this->widget()->text() != label_) {
+      this->widget()->setText(label_);
+      this->widget()->updateGeometry();
+    }
+    this->widget()->setChecked(toggle.isOn.get());
+  }
+  QString ownName() const override { return label_; }
+
+ private:
+  void write(bool isOn) {
+    if (this->call(isOn_.get) != isOn) this->call(isOn_.set, isOn);
+  }
+
+  bool isSwitch_;
+  QString label_;
+  Binding<bool> isOn_;
+};
+
+bool isBorderless(const Element& button) {
+  const auto* style = button.modifier<modifiers::ButtonStyle>();
+  const bool isAskedFor = style != nullptr && *style == modifiers::ButtonStyle::borderless;
+  return isAskedFor || labelOf(button).title.empty();
+}
+
+template <typename Clickable>
+class ButtonPresenter : public WidgetPresenter<Clickable> {
+ public:
+  explicit ButtonPresenter(Rendering& rendering) : WidgetPresenter<Clickable>(rendering) {
+    QObject::connect(this->widget(), &QAbstractButton::clicked, this->widget(), [this] {
+      if (action_) this->call(action_);
+    });
+  }
+
+  void show(const Element& element) override {
+    action_ = element.as<elements::Button>()->action;
+    showLabel(element, labelOf(element));
+  }
+
+ protected:
+  virtual void showLabel(const Element& element, const LabelParts& label) = 0;
+
+ private:
+  std::function<void()> action_;
+};
+
+class BorderlessButtonPresenter : public ButtonPresenter<SymbolButton> {
+ public:
+  using ButtonPresenter::ButtonPresenter;
+  bool canShow(const Element& element) const override { return isBorderless(element); }
+  QString ownName() const override { return title_; }
+
+ protected:
+  void showLabel(const Element& element, const LabelParts& label) override {
+    const int side = symbolSide(element.modifier<modifiers::Font>());
+    const QString symbol = toQString(label.systemName);
+    widget()->setSymbol(symbol, symbol.isEmpty() ? 0 : side);
+    const auto* style = element.modifier<modifiers::LabelStyle>();
+    const bool isIconOnly = style != nullptr && *style == modifiers::LabelStyle::iconOnly;
+    const bool hasTitle = !label.title.empty();
+    title_ = hasTitle ? toQString(label.title) : symbolMeaning(symbol);
+    widget()->setTitle(title_, hasTitle && !isIconOnly);
+  }
+
+ private:
+  QString title_;
+};
+
+class PushButtonPresenter : public ButtonPresenter<QPushButton> {
+ public:
+  using ButtonPresenter::ButtonPresenter;
+  bool canShow(const Element& element) const override { return !isBorderless(element); }
+
+ protected:
+  void showLabel(const Element&, const LabelParts& label) override {
+    // An ampersand of the title is not a mnemonic.
+    const QString text = toQString(label.title).replace(u'&', QStringLiteral("&&"));
+    if (widget()->text() != text) widget()->setText(text);
+  }
+};
+
+}  // namespace
+
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Toggle>(Rendering& rendering, const Element& element) {
+  if (isSwitch(element)) return std::make_unique<TogglePresenter<SwitchButton>>(rendering, true);
+  return std::make_unique<TogglePresenter<QCheckBox>>(rendering, false);
+}
+
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Button>(Rendering& rendering, const Element& element) {
+  if (isBorderless(element)) return std::make_unique<BorderlessButtonPresenter>(rendering);
+  return std::make_unique<PushButtonPresenter>(rendering);
+}
+
+}  // namespace tarnix::qt

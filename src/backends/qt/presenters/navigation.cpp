@@ -1,0 +1,79 @@
+#include "backends/qt/theme/text.h"
+#include "backends/qt/tree/slot.h"
+#include "backends/qt/widgets/navigation_split.h"
+#include "platform/appkit/application.h"
+
+namespace tarnix::qt {
+namespace {
+
+using ToolbarContents = std::vector<const Element*>;
+
+void collectToolbar(const Element& element, elements::ToolbarPlacement placement, ToolbarContents& contents) {
+  for (const Element& attachment : element.attachments) {
+    const auto* item = attachment.as<elements::ToolbarItem>();
+    if (item == nullptr || item->placement != placement) continue;
+    for (const Element& content : attachment.children) contents.push_back(&content);
+  }
+}
+
+// The title of what is on show, else that of the whole.
+String titleOf(const Element& navigation, const Element* detail) {
+  const auto* title = detail == nullptr ? nullptr : detail->modifier<modifiers::NavigationTitle>();
+  if (title == nullptr) title = navigation.modifier<modifiers::NavigationTitle>();
+  return title == nullptr ? String() : title->title;
+}
+
+class NavigationPresenter : public WidgetPresenter<NavigationSplit> {
+ public:
+  explicit NavigationPresenter(Rendering& rendering)
+      : WidgetPresenter(rendering),
+        sidebar_(rendering),
+        detail_(rendering),
+        leading_(rendering),
+        trailing_(rendering),
+        toggling_(NSApp().addResponder("toggleSidebar:", [this] { widget()->toggleSidebar(); })) {}
+
+  void show(const Element& element) override {
+    const Element* sidebar = element.children.empty() ? nullptr : &element.children.front();
+    const Element* detail = element.children.size() < 2 ? nullptr : &element.children[1];
+    if (sidebar != nullptr && sidebar_.show(*sidebar)) widget()->setSidebar(sidebar_.widget());
+    if (detail != nullptr && detail_.show(*detail)) widget()->setDetail(detail_.widget());
+    widget()->setTitle(toQString(titleOf(element, detail)));
+    showToolbar(element, detail);
+  }
+
+ private:
+  void showToolbar(const Element& element, const Element* detail) {
+    ToolbarContents leading;
+    ToolbarContents trailing;
+    for (const Element* part : {&element, detail}) {
+      if (part == nullptr) continue;
+      collectToolbar(*part, elements::ToolbarPlacement::navigation, leading);
+      collectToolbar(*part, elements::ToolbarPlacement::primaryAction, trailing);
+    }
+    const bool isLeadingChanged = leading_.show(leading);
+    const bool isTrailingChanged = trailing_.show(trailing);
+    if (isLeadingChanged || isTrailingChanged) widget()->setToolbar(leading_.widgets(), trailing_.widgets());
+  }
+
+  Slot sidebar_;
+  Slot detail_;
+  SlotList leading_;
+  SlotList trailing_;
+  AnyCancellable toggling_;
+};
+
+}  // namespace
+
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::NavigationView>(Rendering& rendering, const Element&) {
+  return std::make_unique<NavigationPresenter>(rendering);
+}
+
+// Placed by its navigation view.
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::ToolbarItem>(Rendering&, const Element&) {
+  return nullptr;
+}
+
+}  // namespace tarnix::qt

@@ -1,9 +1,0 @@
-#include "settings/codable_bridge.h"
-
-#include <iostream>
-
-namespace tarnix::internal {
-
-void printEncodingFailure(const String& description) { std::cout << description.view() << std::endl; }
-
-}  // namespace tarnix::internal
