@@ -13,8 +13,6 @@ using ::testing::Each;
 
 constexpr int kThreads = 4;
 constexpr int kRounds = 12;
-constexpr unsigned kNewAndOld = static_cast<unsigned>(NSKeyValueObservingOptions::newValue) |
-                                static_cast<unsigned>(NSKeyValueObservingOptions::oldValue);
 
 void onThreads(const std::function<void(int)>& body) {
   std::vector<std::thread> threads;

@@ -48,6 +48,15 @@ static_assert(!IsRawRepresentable<Plain> && !IsRawRepresentable<int> && !IsCodab
 static_assert(IsCodable<std::vector<Theme>> && IsCodable<Percentage>);
 static_assert(IsLosslessStringConvertible<std::int8_t> && !IsLosslessStringConvertible<char>);
 
+TEST(RawRepresentable, findsTheCaseOfARawValueInTheTable) {
+  EXPECT_EQ(RawRepresentable<Theme>::rawValue(Theme::dark), "dark");
+  EXPECT_EQ(RawRepresentable<Theme>::rawValue(Theme::unlisted), "");
+  EXPECT_EQ(RawRepresentable<Theme>::fromRawValue("light"), Theme::light);
+  EXPECT_EQ(RawRepresentable<Theme>::fromRawValue("Light"), std::nullopt);
+  EXPECT_EQ(RawRepresentable<Level>::fromRawValue(1), Level::high);
+  EXPECT_EQ(RawRepresentable<Level>::fromRawValue(3), std::nullopt);
+}
+
 TEST(RawRepresentable, codesByTheRawValue) {
   EXPECT_EQ(Codable<Theme>::encode(Theme::dark), CodedValue{String("dark")});
   EXPECT_EQ(Codable<Theme>::decode({String("light")}), Theme::light);

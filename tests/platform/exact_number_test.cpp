@@ -10,7 +10,6 @@ namespace tarnix {
 namespace {
 
 constexpr double kTwoTo63 = 9223372036854775808.0;
-constexpr double kTwoTo64 = 18446744073709551616.0;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 static_assert(exactly<std::uint8_t>(255) == 255 && !exactly<std::uint8_t>(256), "usable at compile time");
