@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "backends/linux/files/shared_file.h"
-#include "platform/foundation/property_list.h"
 #include "platform/foundation/defaults/user_defaults.h"
+#include "platform/foundation/property_list.h"
 #include "platform/foundation/run_loop.h"
 
 namespace tarnix::linux_desktop {

@@ -9,8 +9,8 @@
 #include "backends/qt/rows/list_model.h"
 #include "backends/qt/rows/row_delegate.h"
 #include "backends/qt/rows/row_view_accessible.h"
-#include "backends/qt/theme/fonts.h"
 #include "backends/qt/theme/focus_ring.h"
+#include "backends/qt/theme/fonts.h"
 
 namespace tarnix::qt {
 namespace {

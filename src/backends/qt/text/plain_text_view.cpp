@@ -10,8 +10,8 @@
 #include <utility>
 
 #include "backends/qt/text/plain_text_accessible.h"
-#include "backends/qt/widgets/copied_text.h"
 #include "backends/qt/theme/focus_ring.h"
+#include "backends/qt/widgets/copied_text.h"
 
 namespace tarnix::qt {
 namespace {

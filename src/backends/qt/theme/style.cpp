@@ -3,8 +3,8 @@
 #include <QPainter>
 #include <QStyleOptionSlider>
 
-#include "backends/qt/theme/theme.h"
 #include "backends/qt/theme/focus_ring.h"
+#include "backends/qt/theme/theme.h"
 
 namespace tarnix::qt {
 namespace {

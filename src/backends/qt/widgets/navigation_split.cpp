@@ -9,8 +9,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "backends/qt/theme/fonts.h"
 #include "backends/qt/theme/focus_ring.h"
+#include "backends/qt/theme/fonts.h"
 #include "backends/qt/widgets/hairline.h"
 
 namespace tarnix::qt {

@@ -5,8 +5,8 @@
 #include <QStyle>
 #include <QVariantAnimation>
 
-#include "backends/qt/theme/theme.h"
 #include "backends/qt/theme/focus_ring.h"
+#include "backends/qt/theme/theme.h"
 
 namespace tarnix::qt {
 namespace {

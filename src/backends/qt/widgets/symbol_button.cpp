@@ -3,8 +3,8 @@
 #include <QEvent>
 #include <QPainter>
 
-#include "backends/qt/theme/symbols.h"
 #include "backends/qt/theme/focus_ring.h"
+#include "backends/qt/theme/symbols.h"
 
 namespace tarnix::qt {
 namespace {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "backends/x11/text/text_decoder.h"
 #include "backends/x11/clipboard/transfer.h"
 #include "backends/x11/clipboard/uri_list.h"
+#include "backends/x11/text/text_decoder.h"
 
 namespace tarnix::x11 {
 

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "backends/x11/text/text_decoder.h"
 #include "backends/x11/clipboard/type_mapping.h"
+#include "backends/x11/text/text_decoder.h"
 
 namespace tarnix::x11 {
 namespace {

@@ -8,8 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/foundation/property_list.h"
 #include "platform/foundation/object.h"
+#include "platform/foundation/property_list.h"
 #include "platform/foundation/string.h"
 
 namespace tarnix {
