@@ -147,9 +147,9 @@ TEST_F(CopiesTest, canBeWalkedThroughAndSearchedByKeysAlone) {
     ASSERT_TRUE(copyWithXclip(text));
     expectOnTop(window, text);
   }
-  run({"xdotool", "key", "Down"});
+  press({"Down"});
   EXPECT_TRUE(eventually([&] { return window.detailText() == "apple"; })) << "the rows have the keyboard";
-  run({"xdotool", "key", "ctrl+f", "type", "pear"});
+  press({"ctrl+f", "p", "e", "a", "r"});
   EXPECT_TRUE(eventually([&] { return window.titles() == std::vector<std::string>{"pear"}; }))
       << window.tree();
 }

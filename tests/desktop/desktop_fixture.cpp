@@ -76,6 +76,12 @@ Screen::Screen()
       display_(":" + firstLine(server_, "Xvfb")) {
   manager_.emplace(std::vector<std::string>{"openbox", "--sm-disable"},
                    Process::Options{.environment = {{"DISPLAY", display_}}, .isOutputRead = false});
+  // A window that is mapped before there is a window manager gets no keyboard.
+  const auto isManaged = [&] {
+    return runProgram({"xprop", "-display", display_, "-root", "_NET_SUPPORTING_WM_CHECK"}, {})
+               .output.find("window id") != std::string::npos;
+  };
+  if (!eventually(isManaged, kStartLimit)) throw std::runtime_error("openbox did not start");
 }
 
 DesktopTest::DesktopTest() {
@@ -108,12 +114,19 @@ WindowReader DesktopTest::openProgram(const std::vector<std::string>& arguments)
 }
 
 std::optional<int> DesktopTest::closeProgram() {
-  const std::string process = std::to_string(program_->id());
+  press({"alt+F4"});
+  return program_->wait(5s);
+}
+
+void DesktopTest::press(const std::vector<std::string>& keys) {
   // A key that comes as soon as the window is active is now and then kept by the window manager until the
   // next one.
-  run({"xdotool", "search", "--onlyvisible", "--all", "--pid", process, "--name", ".", "windowactivate",
-       "--sync", "sleep", "0.2", "key", "alt+F4"});
-  return program_->wait(5s);
+  std::vector<std::string> command = {
+      "xdotool", "search", "--onlyvisible",  "--all",  "--pid", std::to_string(program_->id()),
+      "--name",  ".",      "windowactivate", "--sync", "sleep", "0.2",
+      "key"};
+  command.insert(command.end(), keys.begin(), keys.end());
+  run(std::move(command));
 }
 
 Process& DesktopTest::start(std::vector<std::string> command) {

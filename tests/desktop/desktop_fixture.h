@@ -79,6 +79,8 @@ class DesktopTest : public ::testing::Test {
   // Asks the window manager to close the program's window, as the user does, and waits for the program's end.
   // Absent when it does not end.
   std::optional<int> closeProgram();
+  // Makes the program's window the active one and presses keys in it, in the notation of xdotool.
+  void press(const std::vector<std::string>& keys);
   Process& program() { return *program_; }
 
   // Starts another program, whose output can be read.
