@@ -105,6 +105,7 @@ TEST_F(PasteboardWriting, sendsLargeTextsByteForByteInShortTurns) {
   std::string large;
   while (large.size() < 20'000'000) large += "line " + std::to_string(large.size()) + " caf\xC3\xA9\n";
   write(large);
+  settle();
   longestTurn = allTurns = {};
   EXPECT_TRUE(pastedAs("UTF8_STRING") == large);
   EXPECT_LT(longestTurn, allTurns / 4) << "the work is spread over many turns";
@@ -114,6 +115,7 @@ TEST_F(PasteboardWriting, sendsLargeTextsByteForByteInShortTurns) {
   std::string utf8;
   while (utf8.size() < latin1.size() / 5 * 6) utf8 += "caf\xC3\xA9 ";
   write(utf8);
+  settle();
   EXPECT_TRUE(pastedAs("STRING") == latin1);
 }
 

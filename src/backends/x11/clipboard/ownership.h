@@ -31,11 +31,14 @@ class Ownership {
   Ownership(const Ownership&) = delete;
   Ownership& operator=(const Ownership&) = delete;
 
+  // The owner took the clipboard once more, without a loss in between.
+  void renew(const xcb_xfixes_selection_notify_event_t& change) { time_ = change.timestamp; }
+
   // Whether it came within `limit`, in milliseconds of the server's clock, after a former one.
   bool follows(const Ownership& former, std::uint32_t limit) const { return time_ - former.time_ <= limit; }
   bool isOfSameClientAs(const Ownership& other) const;
-  // The owner offers to keep what other programs leave behind.
-  bool isManager() const { return isManager_; }
+  // Whether the owner is the client that made `window`; false for no window.
+  bool isOfClientOf(xcb_window_t window) const;
   // Whether the owner was on the display already when `former` began, and so may have been watching.
   bool hasWitnessed(const Ownership& former) const;
   // The application that owns the content.
@@ -48,9 +51,7 @@ class Ownership {
   std::shared_ptr<Connection> connection_;
   std::uint32_t client_;
   xcb_timestamp_t time_;
-  bool isManager_ = false;
-  std::vector<ClientProcess> clients_;    // All on the display; none where the server can't tell.
-  std::optional<std::uint32_t> process_;  // Of the owner.
+  std::vector<ClientProcess> clients_;  // All on the display; none where the server can't tell.
   std::function<std::optional<String>()> source_;
   RequestBatch batch_;
 };

@@ -36,19 +36,30 @@ void Pasteboard::observe() {
   const int event = connection_->firstEvent(xcb_xfixes_id).value_or(0) + XCB_XFIXES_SELECTION_NOTIFY;
   ownerChanges_ = connection_->onEvent(event, [this](const xcb_generic_event_t& generic) {
     const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(generic);
-    if (change.selection != connection_->atoms()["CLIPBOARD"]) return;
-    ownerChanged(change);
+    if (change.selection == connection_->atoms()["CLIPBOARD"]) ownerChanged(change);
+    if (change.selection == connection_->atoms()["CLIPBOARD_MANAGER"]) manager_ = change.owner;
   });
-  xcb_xfixes_select_selection_input(connection_->xcb(), owner_.window(), connection_->atoms()["CLIPBOARD"],
+  // The owners from before send no event.
+  firstManager_ = watch("CLIPBOARD_MANAGER", [this](xcb_window_t owner) { manager_ = owner; });
+  firstOwner_ = watch("CLIPBOARD", [this](xcb_window_t owner) {
+    if (round_ || changeCount_ > 0) return;
+    isFirstKnown_ = owner == XCB_WINDOW_NONE;
+    if (!isFirstKnown_) fetch(true);
+  });
+}
+
+Connection::Subscription Pasteboard::watch(std::string_view selection,
+                                           std::function<void(xcb_window_t)> takeFirst) {
+  const xcb_atom_t atom = connection_->atoms()[selection];
+  // Asked in this order, or a change in between would be missed.
+  xcb_xfixes_select_selection_input(connection_->xcb(), owner_.window(), atom,
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-  // Asked in this order, or a copy in between would be missed. The owner from before sends no event.
-  firstOwner_ = connection_->onReply<xcb_get_selection_owner_reply_t>(
-      xcb_get_selection_owner(connection_->xcb(), connection_->atoms()["CLIPBOARD"]), [this](auto reply) {
-        if (round_ || changeCount_ > 0) return;
-        isFirstKnown_ = !reply || reply->owner == XCB_WINDOW_NONE;
-        if (!isFirstKnown_) fetch(true);
+  return connection_->onReply<xcb_get_selection_owner_reply_t>(
+      xcb_get_selection_owner(connection_->xcb(), atom),
+      [takeFirst = std::move(takeFirst)](const auto& reply) {
+        takeFirst(reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE});
       });
 }
 
@@ -101,6 +112,11 @@ void Pasteboard::ownerChanged(const xcb_xfixes_selection_notify_event_t& change)
   round_.reset();
   if (change.owner == XCB_WINDOW_NONE) return ownerLost(change);
   emptied_.cancel();
+  // It was not lost in between, so that nothing new is to be learnt of its owner.
+  if (nextFetch_ && present_ && present_->isOfClientOf(change.owner)) {
+    present_->renew(change);
+    return fetchSoon(change.selection_timestamp);
+  }
   const bool isOurs = change.owner == owner_.window();
   const auto former = std::exchange(
       present_, std::make_shared<Ownership>(connection_, change, isOurs ? Identify() : identify_, present_));
@@ -125,7 +141,8 @@ void Pasteboard::ownerLost(const xcb_xfixes_selection_notify_event_t& change) {
 // Who keeps the content of others was there before it was lost, or says openly what it is for. The server may
 // be asked late about the moment of the loss, when the identifiers of the lost client are those of another.
 bool Pasteboard::isByKeeper() const {
-  if (!present_ || present_->isManager()) return present_ != nullptr;
+  if (!present_) return false;
+  if (present_->isOfClientOf(manager_)) return true;
   if (!lost_ || !present_->follows(*lost_, kTakeoverLimit.count())) return false;
   if (!known_) return present_->hasWitnessed(*lost_);
   return present_->hasWitnessed(*known_) && !present_->isOfSameClientAs(*known_);

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "backends/x11/clipboard/ownership.h"
 #include "backends/x11/clipboard/pasteboard_items.h"
@@ -55,6 +56,9 @@ class Pasteboard : public NSPasteboard {
 
  private:
   void observe();
+  // Has the changes of a selection's owner sent, and asks for the present one.
+  [[nodiscard]] Connection::Subscription watch(std::string_view selection,
+                                               std::function<void(xcb_window_t)> takeFirst);
   void ownerChanged(const xcb_xfixes_selection_notify_event_t& change);
   void ownerLost(const xcb_xfixes_selection_notify_event_t& change);
   bool isKept(const Content& content, const PasteboardItems& items) const;
@@ -104,8 +108,10 @@ class Pasteboard : public NSPasteboard {
   std::shared_ptr<Round> round_;  // Present from the start of a fetch until its content is published.
   RunLoop::Subscription nextFetch_;
   xcb_timestamp_t nextFetchTime_ = XCB_CURRENT_TIME;
+  xcb_window_t manager_ = XCB_WINDOW_NONE;  // Of the program that offers to keep what others leave behind.
   Connection::Subscription ownerChanges_;
   Connection::Subscription firstOwner_;
+  Connection::Subscription firstManager_;
 };
 
 }  // namespace tarnix::x11
