@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "capture/utf8.h"
+#include "platform/foundation/utf8.h"
 
 namespace tarnix {
 namespace {
@@ -40,7 +40,8 @@ class BitPacker {
 
 // Splits off the first character; of malformed text, the first byte.
 std::string_view takeCharacter(std::string_view& text) {
-  const auto character = text.substr(0, std::max<std::size_t>(1, utf8SequenceLength(text)));
+  const CodePoint point = codePointAt(text);
+  const auto character = text.substr(0, point.isWhole() ? point.length : 1);
   text.remove_prefix(character.size());
   return character;
 }

@@ -28,6 +28,8 @@ XCB = re.compile(r"xcb/.*|X11/.*|xkbcommon/.*", re.ASCII)
 OWN_LIBRARIES = [
     (re.compile(r"nlohmann/json\.hpp"), None),
     (re.compile(r"unicode/(bytestream|normalizer2)\.h"), {"src/platform/foundation/canonical_mapping.cpp"}),
+    (re.compile(r"unicode/ucnv\.h"), {"src/platform/appkit/rich_text/code_page.cpp"}),
+    (re.compile(r"gumbo\.h"), {"src/platform/appkit/rich_text/html_reader.cpp"}),
 ]
 
 
@@ -82,6 +84,7 @@ CHAMBERS = {
         "concurrency": ("foundation",),
         "coregraphics": ("foundation",),
         "appkit": ("foundation", "foundation/coding", "combine", "coregraphics"),
+        "appkit/rich_text": ("foundation", "coregraphics", "appkit"),
         "swiftui": ("foundation", "combine", "coregraphics", "appkit"),
     },
     # Observing and showing a setting takes its key.

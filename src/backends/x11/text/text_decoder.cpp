@@ -1,16 +1,15 @@
 #include "backends/x11/text/text_decoder.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 #include <utility>
 
 #include "backends/x11/text/compound_text.h"
+#include "platform/foundation/utf8.h"
 
 namespace tarnix::x11 {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::size_t kMostCompoundText = std::size_t{16} << 20;
 // Bytes outside ASCII are translated in runs of this size, so that they reach the text in few pieces.
@@ -20,78 +19,11 @@ std::uint8_t byteAt(std::string_view text, std::size_t index) {
   return static_cast<std::uint8_t>(text[index]);
 }
 
-// Length of the sequence that `lead` begins; 0 for a byte that begins none.
-std::size_t sequenceLength(std::uint8_t lead) {
-  if (lead < 0x80) return 1;
-  if (lead < 0xC2) return 0;
-  if (lead < 0xE0) return 2;
-  if (lead < 0xF0) return 3;
-  return lead < 0xF5 ? 4 : 0;
-}
-
-// Table 3-7 of the Unicode standard: the second byte is narrower after some leads.
-bool mayFollow(std::uint8_t lead, std::uint8_t second) {
-  switch (lead) {
-    case 0xE0:
-      return second >= 0xA0 && second <= 0xBF;
-    case 0xED:
-      return second >= 0x80 && second <= 0x9F;
-    case 0xF0:
-      return second >= 0x90 && second <= 0xBF;
-    case 0xF4:
-      return second >= 0x80 && second <= 0x8F;
-    default:
-      return second >= 0x80 && second <= 0xBF;
-  }
-}
-
-struct Sequence {
-  std::size_t size;  // Bytes that belong together, at least 1.
-  enum class Kind { whole, broken, unfinished } kind;
-};
-
-Sequence sequenceAt(std::string_view text) {
-  const std::uint8_t lead = byteAt(text, 0);
-  const std::size_t length = sequenceLength(lead);
-  if (length == 0) return {1, Sequence::Kind::broken};
-  for (std::size_t index = 1; index < length; ++index) {
-    if (index == text.size()) return {index, Sequence::Kind::unfinished};
-    const std::uint8_t next = byteAt(text, index);
-    if (index == 1 ? !mayFollow(lead, next) : (next & 0xC0) != 0x80) return {index, Sequence::Kind::broken};
-  }
-  return {length, Sequence::Kind::whole};
-}
-
 std::string_view withoutEnd(std::string_view text) {
   return text.substr(0, text.size() - (text.ends_with('\0') ? 1 : 0));
 }
 
-// Bytes at the front that are whole UTF-8 sequences.
-std::size_t validPrefix(std::string_view text) {
-  std::size_t size = 0;
-  while (size < text.size()) {
-    size += asciiPrefix(text.substr(size));
-    if (size == text.size()) break;
-    const Sequence sequence = sequenceAt(text.substr(size));
-    if (sequence.kind != Sequence::Kind::whole) break;
-    size += sequence.size;
-  }
-  return size;
-}
-
 }  // namespace
-
-std::size_t asciiPrefix(std::string_view text) {
-  constexpr std::uint64_t kHighBits = 0x8080808080808080;
-  std::size_t size = 0;
-  for (; size + sizeof(std::uint64_t) <= text.size(); size += sizeof(std::uint64_t)) {
-    std::uint64_t eight = 0;
-    std::memcpy(&eight, text.data() + size, sizeof eight);
-    if ((eight & kHighBits) != 0) break;
-  }
-  while (size < text.size() && byteAt(text, size) < 0x80) ++size;
-  return size;
-}
 
 void TextDecoder::append(std::string_view bytes) {
   if (isUndecodable_ || bytes.empty()) return;
@@ -138,21 +70,21 @@ void TextDecoder::checkUtf8(std::string_view bytes) {
   while (isUtf8_ && pendingSize_ > 0 && !bytes.empty()) {
     pending_[pendingSize_++] = bytes.front();
     bytes.remove_prefix(1);
-    const Sequence sequence = sequenceAt({pending_.data(), pendingSize_});
-    isUtf8_ = sequence.kind != Sequence::Kind::broken;
-    if (sequence.kind == Sequence::Kind::whole) pendingSize_ = 0;
+    const CodePoint sequence = codePointAt(std::string_view(pending_.data(), pendingSize_));
+    isUtf8_ = sequence.form != CodePoint::Form::broken;
+    if (sequence.form == CodePoint::Form::whole) pendingSize_ = 0;
   }
   if (!isUtf8_ || bytes.empty()) return;
-  bytes.remove_prefix(validPrefix(bytes));
+  bytes.remove_prefix(utf8Prefix(bytes));
   if (bytes.empty()) return;
-  isUtf8_ = sequenceAt(bytes).kind == Sequence::Kind::unfinished;
+  isUtf8_ = codePointAt(bytes).form == CodePoint::Form::unfinished;
   if (isUtf8_) pendingSize_ = bytes.copy(pending_.data(), pending_.size());
 }
 
 void TextDecoder::appendUtf8(std::string_view bytes) {
   bytes = completeUtf8(bytes);
   while (!bytes.empty()) {
-    const std::size_t valid = validPrefix(bytes);
+    const std::size_t valid = utf8Prefix(bytes);
     if (valid > 0 && isAtStart_ && bytes.starts_with(kUtf8Mark)) {
       text_.append(bytes.substr(kUtf8Mark.size(), valid - kUtf8Mark.size()));
     } else {
@@ -161,13 +93,13 @@ void TextDecoder::appendUtf8(std::string_view bytes) {
     isAtStart_ = isAtStart_ && valid == 0;
     bytes.remove_prefix(valid);
     if (bytes.empty()) return;
-    const Sequence sequence = sequenceAt(bytes);
-    if (sequence.kind == Sequence::Kind::unfinished) {
+    const CodePoint sequence = codePointAt(bytes);
+    if (sequence.form == CodePoint::Form::unfinished) {
       pendingSize_ = bytes.copy(pending_.data(), pending_.size());
       return;
     }
     appendReplacement();
-    bytes.remove_prefix(sequence.size);
+    bytes.remove_prefix(sequence.length);
   }
 }
 
@@ -176,15 +108,15 @@ std::string_view TextDecoder::completeUtf8(std::string_view bytes) {
   while (pendingSize_ > 0 && !bytes.empty()) {
     pending_[pendingSize_++] = bytes.front();
     const std::string_view begun(pending_.data(), pendingSize_);
-    const Sequence sequence = sequenceAt(begun);
-    if (sequence.kind == Sequence::Kind::broken) {
+    const CodePoint sequence = codePointAt(begun);
+    if (sequence.form == CodePoint::Form::broken) {
       // Only the newest byte can be what broke it, and it may begin something itself.
       pendingSize_ = 0;
       appendReplacement();
       return bytes;
     }
     bytes.remove_prefix(1);
-    if (sequence.kind == Sequence::Kind::unfinished) continue;
+    if (sequence.form == CodePoint::Form::unfinished) continue;
     if (!isAtStart_ || begun != kUtf8Mark) text_.append(begun);
     isAtStart_ = false;
     pendingSize_ = 0;
@@ -239,30 +171,11 @@ void TextDecoder::appendUnit(std::uint16_t unit) {
   }
 }
 
-void TextDecoder::appendCodePoint(char32_t codePoint) {
-  std::array<char, 4> bytes{};
-  const auto tail = [codePoint](int shift) {
-    return static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F));
-  };
-  if (codePoint < 0x80) {
-    bytes = {static_cast<char>(codePoint)};
-    return text_.append({bytes.data(), 1});
-  }
-  if (codePoint < 0x800) {
-    bytes = {static_cast<char>(0xC0 | (codePoint >> 6)), tail(0)};
-    return text_.append({bytes.data(), 2});
-  }
-  if (codePoint < 0x10000) {
-    bytes = {static_cast<char>(0xE0 | (codePoint >> 12)), tail(6), tail(0)};
-    return text_.append({bytes.data(), 3});
-  }
-  bytes = {static_cast<char>(0xF0 | (codePoint >> 18)), tail(12), tail(6), tail(0)};
-  text_.append({bytes.data(), 4});
-}
+void TextDecoder::appendCodePoint(char32_t codePoint) { text_.append(Utf8Bytes(codePoint)); }
 
 void TextDecoder::appendReplacement() {
   isAtStart_ = false;
-  text_.append(kReplacement);
+  text_.append(kUtf8Replacement);
 }
 
 bool isLatin1(std::string_view text) {

@@ -60,9 +60,6 @@ class TextDecoder {
   bool isGuess_ = false;
 };
 
-// How many bytes at the front of `text` are ASCII.
-std::size_t asciiPrefix(std::string_view text);
-
 // Whether ISO 8859-1 can hold all of this valid UTF-8 text.
 bool isLatin1(std::string_view text);
 
