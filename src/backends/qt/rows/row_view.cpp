@@ -232,7 +232,11 @@ void RowView::paintEvent(QPaintEvent* event) {
   for (const Placed& placed : placedLines()) {
     if (!placed.rect.intersects(event->rect())) continue;
     const ListModel::Line line = model_.lineAt(placed.line);
-    line.row ? paintRow(painter, placed.rect, *line.row) : paintHeader(painter, placed.rect, line.header);
+    if (line.row) {
+      paintRow(painter, placed.rect, *line.row);
+    } else {
+      paintHeader(painter, placed.rect, line.header);
+    }
   }
   paintNotice(painter);
   // Where no row is there to show the focus.

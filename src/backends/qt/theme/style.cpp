@@ -132,10 +132,18 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
     case SC_ScrollBarSlider:
       return thumb;
     case SC_ScrollBarSubPage:
-      isHorizontal ? rect.setRight(thumb.left() - 1) : rect.setBottom(thumb.top() - 1);
+      if (isHorizontal) {
+        rect.setRight(thumb.left() - 1);
+      } else {
+        rect.setBottom(thumb.top() - 1);
+      }
       return rect;
     case SC_ScrollBarAddPage:
-      isHorizontal ? rect.setLeft(thumb.right() + 1) : rect.setTop(thumb.bottom() + 1);
+      if (isHorizontal) {
+        rect.setLeft(thumb.right() + 1);
+      } else {
+        rect.setTop(thumb.bottom() + 1);
+      }
       return rect;
     default:
       return {};

@@ -66,7 +66,8 @@ void Snapshot::takeTargets(Outcome outcome) {
   if (outcome != Outcome::complete) return finishUnread();
   offered_ = atomList_->take();
   const bool isHinted = std::find(offered_.begin(), offered_.end(), atom(kHint)) != offered_.end();
-  isHinted ? askForSecret() : askForNames();
+  if (isHinted) return askForSecret();
+  askForNames();
 }
 
 // Programs that know nothing of TARGETS offer text, if anything, and have no mark for secrets.
@@ -87,7 +88,8 @@ void Snapshot::askForSecret() {
 void Snapshot::takeSecret(Outcome outcome) {
   const std::optional<String> hint = text_->take();
   const bool isPublic = outcome == Outcome::complete && hint && hint->view() == "public";
-  isPublic ? askForNames() : finishUnread();
+  if (isPublic) return askForNames();
+  finishUnread();
 }
 
 // Those that are known here have their names already, wherever in the list they are.
