@@ -6,7 +6,7 @@
 namespace tarnix::simulated {
 namespace {
 
-class SimulatedStage final : public test::ViewStage {
+class SimulatedWindowStage final : public test::ViewStage {
  public:
   void show(std::function<View()> view) override {
     shown_.make = std::move(view);
@@ -47,7 +47,7 @@ class SimulatedStage final : public test::ViewStage {
 
 using test::ViewContract;
 INSTANTIATE_TEST_SUITE_P(Simulated, ViewContract,
-                         ::testing::Values([] { return std::make_unique<SimulatedStage>(); }));
+                         ::testing::Values([] { return std::make_unique<SimulatedWindowStage>(); }));
 
 }  // namespace
 }  // namespace tarnix::simulated

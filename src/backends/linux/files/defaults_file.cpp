@@ -45,7 +45,7 @@ Dictionary withChanges(Dictionary dictionary, const Changes& changes) {
   return dictionary;
 }
 
-StorageResult<std::string> textOf(const Dictionary& dictionary) {
+StorageResult<std::string> xmlOf(const Dictionary& dictionary) {
   std::optional<std::string> xml = xmlPropertyList({dictionary});
   if (!xml) return StorageFailure{Kind::unrepresentable};
   if (xml->size() > kPropertyListSizeLimit) return StorageFailure{Kind::tooLarge};
@@ -190,11 +190,11 @@ void FileDefaultsStorage::save() {
   if (!turn) return reportOnce(turn.error());
   if (!takeStored(*turn)) return;
   Dictionary changed = withChanges(stored_, unsaved_);
-  StorageResult<std::string> xml = textOf(changed);
+  StorageResult<std::string> xml = xmlOf(changed);
   if (!xml) {
     setUnfitChangesApart();
     changed = withChanges(stored_, unsaved_);
-    xml = textOf(changed);
+    xml = xmlOf(changed);
   }
   if (xml && *xml != storedText_) {
     if (const auto failure = turn->replace(*xml)) return reportOnce(*failure);
@@ -244,7 +244,7 @@ void FileDefaultsStorage::setUnfitChangesApart() {
   for (auto each = unsaved_.begin(); each != unsaved_.end();) {
     Dictionary changed = all;
     apply(each->first, each->second, changed);
-    if (const auto xml = textOf(changed)) {
+    if (const auto xml = xmlOf(changed)) {
       all = std::move(changed);
       ++each;
     } else {

@@ -25,8 +25,6 @@ using std::chrono::sys_seconds;
 using std::chrono::year;
 using std::chrono::year_month_day;
 
-constexpr sys_seconds kReferenceDate = sys_days{year{2001} / 1 / 1};
-
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 bool isBlank(char character) {
   return character == ' ' || character == '\t' || character == '\n' || character == '\r';

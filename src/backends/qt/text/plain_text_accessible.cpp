@@ -13,7 +13,7 @@ namespace {
 // Enough to tell what the new text is about.
 constexpr std::size_t kAnnouncedBytes = 4096;
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+QAccessibleInterface* makeTextAccessible(const QString&, QObject* object) {
   auto* view = dynamic_cast<PlainTextView*>(object);
   return view == nullptr ? nullptr : new PlainTextAccessible(view);
 }
@@ -198,7 +198,7 @@ QString PlainTextAccessible::attributes(int, int* start, int* end) const {
   return QString();
 }
 
-void installPlainTextAccessibility() { QAccessible::installFactory(makeAccessible); }
+void installPlainTextAccessibility() { QAccessible::installFactory(makeTextAccessible); }
 
 void announceText(PlainTextView& view) {
   if (!QAccessible::isActive()) return;

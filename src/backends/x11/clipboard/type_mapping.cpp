@@ -27,7 +27,7 @@ struct KnownTarget {
 };
 
 const std::unordered_map<std::string_view, KnownTarget>& knownTargets() {
-  static const std::array kTargets{
+  static const std::array kKnownTargets{
       KnownTarget{"text/uri-list", types::fileURL, Rank::file},
       KnownTarget{"x-special/gnome-copied-files", types::fileURL, Rank::file},
       KnownTarget{"text/x-moz-url", types::url, Rank::link},
@@ -69,7 +69,7 @@ const std::unordered_map<std::string_view, KnownTarget>& knownTargets() {
   };
   static const auto kByName = [] {
     std::unordered_map<std::string_view, KnownTarget> byName;
-    for (const KnownTarget& known : kTargets) byName.emplace(known.target, known);
+    for (const KnownTarget& known : kKnownTargets) byName.emplace(known.target, known);
     return byName;
   }();
   return kByName;
