@@ -23,6 +23,7 @@ class SimulatedWindowStage final : public test::ViewStage {
   bool press(const std::string& button) override { return window_->press(button); }
   bool flip(const std::string& toggle) override { return window_->flip(toggle); }
   bool isOn(const std::string& toggle) override { return window_->isOn(toggle); }
+  std::vector<std::string> focusOrder() override { return window_->focusOrder(); }
   bool search(const std::string& text) override { return window_->search(text); }
   bool pick(std::size_t row) override { return window_->pick(row); }
   std::optional<std::string> dialog() override { return window_->dialog(); }
