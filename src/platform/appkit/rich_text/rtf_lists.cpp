@@ -68,9 +68,21 @@ std::optional<RtfMarker> inDigits(std::string_view digits) {
   return marker;
 }
 
+// How many units of UTF-16 a text has.
+int units(std::string_view utf8) {
+  int count = 0;
+  for (std::size_t at = 0; at < utf8.size();) {
+    const CodePoint next = codePointAt(utf8, at);
+    count += next.value < 0x10000 ? 1 : 2;
+    at += next.length;
+  }
+  return count;
+}
+
 RtfMarker parsed(std::string_view text, RtfMarker::Kind before) {
   RtfMarker bullet;
   bullet.before = text.substr(0, codePointStart(text, std::min(text.size(), kLongestBullet)));
+  if (units(bullet.before) > 1) bullet.kind = RtfMarker::literal;
   const auto begin = std::find_if_not(text.begin(), text.end(), [](char c) { return c == '('; });
   const auto isCounting = [](char c) { return isDigit(c) || isLower(c) || isUpper(c); };
   const auto end = std::find_if_not(begin, text.end(), isCounting);
@@ -85,17 +97,6 @@ RtfMarker parsed(std::string_view text, RtfMarker::Kind before) {
   marker->before.assign(text.begin(), begin);
   marker->after.assign(end, text.end());
   return *marker;
-}
-
-// How many units of UTF-16 a text has.
-int units(std::string_view utf8) {
-  int count = 0;
-  for (std::size_t at = 0; at < utf8.size();) {
-    const CodePoint next = codePointAt(utf8, at);
-    count += next.value < 0x10000 ? 1 : 2;
-    at += next.length;
-  }
-  return count;
 }
 
 }  // namespace
@@ -123,7 +124,7 @@ bool RtfLists::continues(const Level& level, const RtfMarker& marker) {
   if (!level.isUsed) return true;
   const RtfMarker& first = level.first;
   if (marker.kind != first.kind || marker.before != first.before || marker.after != first.after) return false;
-  return marker.kind == RtfMarker::bullet || marker.number == (level.next == 0 ? first.number : level.next);
+  return !marker.isCounted() || marker.number == (level.next == 0 ? first.number : level.next);
 }
 
 void RtfLists::add(std::string_view text, std::size_t level) {
@@ -140,7 +141,7 @@ void RtfLists::add(std::string_view text, std::size_t level) {
 
 void RtfLists::writeLevel(const Level& level, int index, RtfOutput& to) {
   const RtfMarker& marker = level.first;
-  const bool isCounted = marker.kind != RtfMarker::bullet;
+  const bool isCounted = marker.isCounted();
   to.raw("{\\listlevel");
   to.word("levelnfc", marker.kind);
   to.word("levelnfcn", marker.kind);

@@ -14,13 +14,23 @@ namespace tarnix {
 
 // What a list's marker says: "(3)" is 3 in Arabic numbers between parentheses.
 struct RtfMarker {
-  // As \levelnfc has them.
-  enum Kind : std::uint8_t { arabic = 0, upperRoman, lowerRoman, upperLetter, lowerLetter, bullet = 23 };
+  // As \levelnfc has them. What neither counts nor is one sign is a literal.
+  enum Kind : std::uint8_t {
+    arabic = 0,
+    upperRoman,
+    lowerRoman,
+    upperLetter,
+    lowerLetter,
+    bullet = 23,
+    literal = 255
+  };
 
   Kind kind = bullet;
   int number = 1;
-  std::string before;  // The whole of a bullet.
+  std::string before;  // The whole of a bullet or a literal.
   std::string after;
+
+  bool isCounted() const { return kind < bullet; }
 
   friend bool operator==(const RtfMarker&, const RtfMarker&) = default;
 };
