@@ -19,12 +19,14 @@ struct RtfBox {
   bool goesOnInRows = false;
 };
 
-// The rows of all tables of a text. A row that the text doesn't tell of has one box.
+// The rows of all tables of a text.
 class RtfRows {
  public:
   explicit RtfRows(const NSAttributedString& text);
 
+  // Of the row that the cell is in; `one()` if the text doesn't tell of it.
   const std::vector<RtfBox>& boxesOf(const TableCell& cell) const;
+  static const std::vector<RtfBox>& one();
   // How many columns the widest row of the same table has, at least 1.
   std::uint32_t columnsOf(const TableCell& cell) const;
 
@@ -34,7 +36,7 @@ class RtfRows {
     std::unordered_map<std::uint32_t, std::vector<RtfBox>> boxes;
     std::uint32_t columns = 1;
   };
-  static void layOut(Table& table);
+  static void layOut(Table& table, std::uint32_t& empty);
 
   std::unordered_map<std::uint32_t, Table> tables_;
 };

@@ -10,6 +10,8 @@ constexpr std::size_t kDeepest = 16;    // What lies deeper is written as lying 
 constexpr std::uint32_t kWidth = 9000;  // Of all columns, in twips; a text doesn't tell of any.
 constexpr std::uint32_t kMostColumns = kWidth;
 
+std::uint64_t keyOf(const TableCell& cell) { return std::uint64_t{cell.table} << 32U | cell.row; }
+
 }  // namespace
 
 RtfTableWriter::RtfTableWriter(const NSAttributedString& text, RtfOutput& out)
@@ -50,11 +52,6 @@ RtfTableWriter::Path RtfTableWriter::pathTo(std::size_t paragraph) const {
   return path;
 }
 
-const std::vector<RtfBox>& RtfTableWriter::boxesOf(const Row& row) const {
-  static const std::vector<RtfBox> kOne = {{.isOwn = true}};
-  return row.isKnown ? rows_.boxesOf(row.cell) : kOne;
-}
-
 void RtfTableWriter::begin(std::size_t paragraph) {
   const Path path = pathTo(paragraph);
   for (std::size_t depth = 0; depth < path.size(); ++depth) {
@@ -76,6 +73,8 @@ void RtfTableWriter::open(const std::optional<TableCell>& cell) {
   Row row;
   row.isKnown = cell.has_value();
   if (cell) row.cell = *cell;
+  // What comes back to a row that has ended is a row of its own, of one box.
+  row.boxes = cell && closed_.count(keyOf(*cell)) == 0 ? &rows_.boxesOf(*cell) : &RtfRows::one();
   open_.push_back(row);
   // An inner table's definition stands behind its row.
   if (open_.size() == 1) writeDefinition(row);
@@ -85,7 +84,7 @@ void RtfTableWriter::open(const std::optional<TableCell>& cell) {
 void RtfTableWriter::skipTo(std::size_t depth, std::uint32_t column) {
   Row& row = open_[depth];
   row.cell.column = column;
-  const auto& boxes = boxesOf(row);
+  const auto& boxes = *row.boxes;
   while (row.box < boxes.size() && !(boxes[row.box].isOwn && boxes[row.box].column >= column))
     endEmptyCell(depth);
 }
@@ -105,7 +104,7 @@ bool RtfTableWriter::endParagraph(std::size_t paragraph) {
     if (other.table == cell.table && other.row == cell.row && other.column == cell.column) return false;
   }
   endCell(open_.size() - 1);
-  const auto& boxes = boxesOf(open_.back());
+  const auto& boxes = *open_.back().boxes;
   while (open_.back().box < boxes.size() && boxes[open_.back().box].goesOnInColumns)
     endEmptyCell(open_.size() - 1);
   return true;
@@ -131,7 +130,7 @@ void RtfTableWriter::closeDownTo(std::size_t depth) {
 void RtfTableWriter::closeRow() {
   const Row& row = open_.back();
   const std::size_t depth = open_.size() - 1;
-  while (row.box < boxesOf(row).size() || row.hasInner) endEmptyCell(depth);
+  while (row.box < row.boxes->size() || row.hasInner) endEmptyCell(depth);
   if (depth == 0) {
     out_.word("row");
   } else {
@@ -140,6 +139,7 @@ void RtfTableWriter::closeRow() {
     out_.raw("\\nestrow}{\\nonesttables\\par}");
   }
   out_.lineBreak();
+  if (row.isKnown) closed_.insert(keyOf(row.cell));
   open_.pop_back();
 }
 
@@ -147,7 +147,7 @@ void RtfTableWriter::writeDefinition(const Row& row) {
   const std::uint32_t columns = std::min(rows_.columnsOf(row.cell), kMostColumns);
   out_.word("trowd");
   out_.word("irow", static_cast<int>(std::min<std::uint32_t>(row.cell.row, 32767)));
-  for (const RtfBox& box : boxesOf(row)) {
+  for (const RtfBox& box : *row.boxes) {
     if (box.beginsRows) out_.word("clvmgf");
     if (box.goesOnInRows) out_.word("clvmrg");
     if (box.beginsColumns) out_.word("clmgf");

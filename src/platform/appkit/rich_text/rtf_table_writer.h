@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/appkit/attributed_string.h"
@@ -29,6 +30,7 @@ class RtfTableWriter {
   struct Row {
     TableCell cell;  // The one at hand.
     bool isKnown = false;
+    const std::vector<RtfBox>* boxes = nullptr;
     std::size_t box = 0;    // How many boxes have ended.
     bool hasInner = false;  // Rows of an inner table stand in the cell at hand.
   };
@@ -37,7 +39,6 @@ class RtfTableWriter {
   std::size_t depthOf(std::size_t paragraph) const;
   const TableCell& cellOf(std::size_t paragraph) const;
   Path pathTo(std::size_t paragraph) const;
-  const std::vector<RtfBox>& boxesOf(const Row& row) const;
 
   void closeDownTo(std::size_t depth);
   void closeRow();
@@ -53,7 +54,8 @@ class RtfTableWriter {
   // For each paragraph, the next one that lies as deep or less, and that lies less deep.
   std::vector<std::uint32_t> nextBeside_;
   std::vector<std::uint32_t> nextOutside_;
-  std::vector<Row> open_;  // From the outermost table to the innermost.
+  std::unordered_set<std::uint64_t> closed_;  // Rows that were written, by their table and number.
+  std::vector<Row> open_;                     // From the outermost table to the innermost.
 };
 
 }  // namespace tarnix
