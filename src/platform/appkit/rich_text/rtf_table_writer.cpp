@@ -146,7 +146,7 @@ void RtfTableWriter::closeRow() {
 void RtfTableWriter::writeDefinition(const Row& row) {
   const std::uint32_t columns = std::min(rows_.columnsOf(row.cell), kMostColumns);
   out_.word("trowd");
-  out_.word("irow", static_cast<int>(std::min<std::uint32_t>(row.cell.row, 32767)));
+  out_.word("irow", static_cast<int>(std::min<std::uint32_t>(row.cell.row, 2'000'000'000)));
   for (const RtfBox& box : *row.boxes) {
     if (box.beginsRows) out_.word("clvmgf");
     if (box.goesOnInRows) out_.word("clvmrg");
