@@ -52,6 +52,14 @@ TEST(RtfWriter, theTargetOfALinkStaysWithinItsQuotationMarks) {
   EXPECT_THAT(written("x", look), HasSubstr(R"(HYPERLINK \\l "place")"));
 }
 
+// Word processors have a font of its own for Hebrew and the like.
+TEST(RtfWriter, theFontGoesForAllScripts) {
+  TextAttributes look;
+  look.font = {"", 12, true, false};
+  EXPECT_THAT(written("x", look), HasSubstr("\\plain\\fs24\\b x"));
+  EXPECT_THAT(written("x\u05D0", look), HasSubstr("\\plain\\rtlch\\afs24\\ab\\ltrch\\fs24\\b x"));
+}
+
 TEST(RtfWriter, aFontsNameDoesNotEndItsEntry) {
   TextAttributes look;
   look.font.familyName = "A;{B";

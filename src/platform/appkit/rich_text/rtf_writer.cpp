@@ -12,6 +12,7 @@
 #include "platform/appkit/rich_text/rtf_lists.h"
 #include "platform/appkit/rich_text/rtf_output.h"
 #include "platform/appkit/rich_text/rtf_table_writer.h"
+#include "platform/foundation/utf8.h"
 
 namespace tarnix {
 namespace {
@@ -112,13 +113,33 @@ void writeLines(const TextAttributes& attributes, RtfOutput& to) {
   }
 }
 
-void writeLook(const TextAttributes& attributes, const LookTables& tables, RtfOutput& to) {
+void writeFont(const NSFont& font, const LookTables& tables, const char* associated, RtfOutput& to) {
+  const std::string prefix = associated;
+  if (!font.familyName.empty()) to.word(prefix + "f", tables.fontOf(font.familyName));
+  if (font.pointSize > 0) to.word(prefix + "fs", std::max(1, rounded(font.pointSize * 2)));
+  if (font.isBold) to.word(prefix + "b");
+  if (font.isItalic) to.word(prefix + "i");
+}
+
+// Whether there is a script that others look up another font for: Hebrew, Arabic, those of India and beyond.
+bool hasComplexScript(std::string_view text) {
+  for (std::size_t at = asciiPrefix(text); at < text.size();) {
+    const CodePoint next = codePointAt(text, at);
+    if ((next.value >= 0x590 && next.value < 0x1100) || (next.value >= 0xFB1D && next.value < 0xFF00))
+      return true;
+    at += next.length;
+  }
+  return false;
+}
+
+void writeLook(const TextAttributes& attributes, const LookTables& tables, bool isComplex, RtfOutput& to) {
   to.word("plain");
-  const NSFont& font = attributes.font;
-  if (!font.familyName.empty()) to.word("f", tables.fontOf(font.familyName));
-  if (font.pointSize > 0) to.word("fs", std::max(1, rounded(font.pointSize * 2)));
-  if (font.isBold) to.word("b");
-  if (font.isItalic) to.word("i");
+  if (isComplex && attributes.font != NSFont()) {
+    to.word("rtlch");
+    writeFont(attributes.font, tables, "a", to);
+    to.word("ltrch");
+  }
+  writeFont(attributes.font, tables, "", to);
   writeLines(attributes, to);
   if (attributes.capitals != TextCapitals::asWritten)
     to.word(attributes.capitals == TextCapitals::all ? "caps" : "scaps");
@@ -151,13 +172,18 @@ void writeLength(const char* word, CGFloat points, RtfOutput& to) {
   if (twips(points) != 0) to.word(word, twips(points));
 }
 
-// \li and \ri are sides of the paper, \lin and \rin those of the direction.
+// \li and \ri are sides of the paper, \lin and \rin those of the direction. Those who don't tell them apart
+// take the last.
 void writeIndents(const ParagraphStyle& style, RtfOutput& to) {
-  const bool isRightToLeft = style.direction == WritingDirection::rightToLeft;
-  writeLength("li", isRightToLeft ? style.tailIndent : style.headIndent, to);
-  writeLength("ri", isRightToLeft ? style.headIndent : style.tailIndent, to);
-  writeLength("lin", style.headIndent, to);
-  writeLength("rin", style.tailIndent, to);
+  if (style.direction == WritingDirection::rightToLeft) {
+    to.word("li", twips(style.tailIndent));
+    to.word("ri", twips(style.headIndent));
+    to.word("lin", twips(style.headIndent));
+    to.word("rin", twips(style.tailIndent));
+  } else {
+    writeLength("li", style.headIndent, to);
+    writeLength("ri", style.tailIndent, to);
+  }
   writeLength("fi", style.firstLineIndent - style.headIndent, to);
 }
 
@@ -203,7 +229,11 @@ std::string quoted(std::string_view target) {
 class Writer {
  public:
   explicit Writer(const NSAttributedString& text)
-      : text_(text), look_(text), lists_(text), tables_(text, out_), current_(kNone) {}
+      : text_(text),
+        look_(text),
+        lists_(text),
+        tables_(text, out_),
+        isComplex_(hasComplexScript(text.string())) {}
 
   String write() {
     out_.raw("{\\rtf1\\ansi\\ansicpg1252\\uc1\n");
@@ -281,7 +311,7 @@ class Writer {
   void switchTo(std::uint32_t attributes) {
     if (current_ == attributes) return;
     endSuperscript();
-    writeLook(text_.attributes()[attributes], look_, out_);
+    writeLook(text_.attributes()[attributes], look_, isComplex_, out_);
     current_ = attributes;
   }
 
@@ -329,7 +359,8 @@ class Writer {
   RtfLists lists_;
   RtfTableWriter tables_;
   std::size_t run_ = 0;
-  std::uint32_t current_;
+  bool isComplex_;
+  std::uint32_t current_ = kNone;
 };
 
 }  // namespace
