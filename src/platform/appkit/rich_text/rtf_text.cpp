@@ -64,6 +64,18 @@ void RtfText::endRow(std::uint16_t depth) {
   tables_.back().column = 0;
 }
 
+void RtfText::beginCell(std::uint16_t depth, std::uint32_t column, std::uint16_t rowSpan,
+                        std::uint16_t columnSpan) {
+  enter(depth);
+  tables_.back().column = column;
+  tables_.back().rowSpan = rowSpan;
+  tables_.back().columnSpan = columnSpan;
+}
+
+void RtfText::endTable(std::uint16_t depth) {
+  if (depth > 0 && tables_.size() >= depth) tables_.resize(depth - 1U);
+}
+
 // Tables within one that is at hand end where the text goes on outside them.
 void RtfText::enter(std::uint16_t depth) {
   if (tables_.size() > depth) tables_.resize(depth);
@@ -83,8 +95,8 @@ std::uint32_t RtfText::styleOf(const RtfParagraph& paragraph) {
   if (isInList) style.listLevel = static_cast<std::uint8_t>(paragraph.listLevel + 1);
   if (depth > 0) {
     const Table& table = tables_.back();
-    style.cell = TableCell{
-        table.number, table.row, table.column, 1, std::max<std::uint16_t>(spanOf(table.column), 1), depth};
+    const std::uint16_t span = std::max(spanOf(table.column), table.columnSpan);
+    style.cell = TableCell{table.number, table.row, table.column, table.rowSpan, span, depth};
   }
   return builder_.add(style);
 }

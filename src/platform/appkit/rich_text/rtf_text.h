@@ -40,6 +40,10 @@ class RtfText {
   void endParagraph(std::uint32_t attributes, const RtfParagraph& paragraph);
   void endCell(std::uint32_t attributes, const RtfParagraph& paragraph, std::uint16_t depth);
   void endRow(std::uint16_t depth);
+  // The next cell of the table in this depth stands in this column and is so large, for those who know.
+  void beginCell(std::uint16_t depth, std::uint32_t column, std::uint16_t rowSpan, std::uint16_t columnSpan);
+  // What comes next belongs to a table of its own.
+  void endTable(std::uint16_t depth);
   // How many columns the cell that comes next takes, one after the other; 0 leaves a cell out.
   void setColumnSpans(std::vector<std::uint16_t> spans) { spans_ = std::move(spans); }
 
@@ -56,6 +60,8 @@ class RtfText {
     std::uint32_t number = 0;
     std::uint32_t row = 0;
     std::uint32_t column = 0;
+    std::uint16_t rowSpan = 1;
+    std::uint16_t columnSpan = 1;
   };
   struct Separator {
     char character = '\n';
