@@ -9,7 +9,7 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/appkit/rich_text/rtf_lists.h"
+#include "platform/appkit/rich_text/rtf_list_writer.h"
 #include "platform/appkit/rich_text/rtf_output.h"
 #include "platform/appkit/rich_text/rtf_table_writer.h"
 #include "platform/foundation/utf8.h"
@@ -356,7 +356,7 @@ class Writer {
   const NSAttributedString& text_;
   RtfOutput out_;
   LookTables look_;
-  RtfLists lists_;
+  RtfListWriter lists_;
   RtfTableWriter tables_;
   std::size_t run_ = 0;
   bool isComplex_;
