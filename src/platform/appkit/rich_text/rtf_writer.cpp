@@ -236,7 +236,8 @@ class Writer {
         isComplex_(hasComplexScript(text.string())) {}
 
   String write() {
-    out_.raw("{\\rtf1\\ansi\\ansicpg1252\\uc1\n");
+    // A size that isn't told is the system's, which others take for 12 points.
+    out_.raw("{\\rtf1\\ansi\\ansicpg1252\\uc1\\tarnixsize0\n");
     look_.write(out_);
     lists_.write(out_);
     const auto paragraphs = text_.paragraphs();
@@ -286,6 +287,7 @@ class Writer {
   std::uint32_t writeMarker(std::uint32_t begin, std::uint32_t end, const ParagraphStyle& style) {
     if (!rtfHasMarker(std::string_view(text_.string()).substr(begin, end - begin), style)) return begin;
     const auto markerEnd = static_cast<std::uint32_t>(begin + style.listMarker.size() + 1);
+    switchTo(runAt(begin).attributes);
     const std::uint32_t before = current_;
     out_.raw("{\\listtext");
     writeText(begin, markerEnd);
