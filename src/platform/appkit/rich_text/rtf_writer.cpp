@@ -246,6 +246,8 @@ class Writer {
       writeParagraph(i, begin, paragraphs[i].end);
     }
     tables_.finish();
+    // The last \par of a document is nothing but its end.
+    if (text_.string().view().ends_with('\n')) out_.raw("\\pard\\par");
     out_.close();
     return out_.written();
   }

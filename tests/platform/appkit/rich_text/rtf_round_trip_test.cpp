@@ -82,9 +82,10 @@ class RandomText {
           appendParagraph(style(), '\n');
       }
     }
-    // A line feed at the end isn't told from none.
-    appendPieces(1 + below(3));
-    builder_.endText(builder_.add(style()));
+    if (chance(2)) {
+      appendPieces(1 + below(3));
+      builder_.endText(builder_.add(style()));
+    }
     return builder_.take();
   }
 
