@@ -15,6 +15,7 @@ constexpr std::size_t kMostLinks = 65'536;
 constexpr std::size_t kLongestInstruction = 8192;
 constexpr std::size_t kLongestListText = 256;
 constexpr std::string_view kLineSeparator = "\xE2\x80\xA8";
+constexpr char32_t kObject = 0xFFFC;
 constexpr std::string_view kAttachment = "\xEF\xBF\xBC";
 
 // The symbol fonts' usual bullets by their places, which some programs also write as U+F0xx.
@@ -52,9 +53,22 @@ std::string_view takeArgument(std::string_view& text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   const char end = text.starts_with('"') ? '"' : ' ';
   if (end == '"') text.remove_prefix(1);
-  const std::string_view argument = text.substr(0, text.find(end));
-  text.remove_prefix(std::min(argument.size() + 1, text.size()));
+  std::size_t size = 0;
+  while (size < text.size() && text[size] != end) size += end == '"' && text[size] == '\\' ? 2 : 1;
+  const std::string_view argument = text.substr(0, size);
+  text.remove_prefix(std::min(size + 1, text.size()));
   return argument;
+}
+
+// In quotation marks, a backslash stands before itself and before such a mark.
+std::string unescaped(std::string_view argument) {
+  std::string text;
+  for (std::size_t i = 0; i < argument.size(); ++i) {
+    const std::string_view rest = argument.substr(i + 1);
+    if (argument[i] == '\\' && (rest.starts_with('\\') || rest.starts_with('"'))) ++i;
+    text += argument[i];
+  }
+  return text;
 }
 
 // Where a field leads; empty for one that is no link.
@@ -64,14 +78,22 @@ std::string targetOf(std::string_view instruction) {
   while (!instruction.empty()) {
     const std::string_view argument = takeArgument(instruction);
     if (argument == "\\l") {
-      anchor = takeArgument(instruction);
+      anchor = unescaped(takeArgument(instruction));
     } else if (argument == "\\o" || argument == "\\t") {
       takeArgument(instruction);
     } else if (!argument.starts_with('\\') && target.empty()) {
-      target = argument;
+      target = unescaped(argument);
     }
   }
   return anchor.empty() ? target : target + "#" + anchor;
+}
+
+// What a reading is written above, which is how East Asian ones are said: EQ \o\al(\s\up 11(reading),base).
+std::string_view baseOf(std::string_view instruction) {
+  const std::size_t comma = instruction.rfind(',');
+  const bool isReading = instruction.starts_with("EQ ") && instruction.find("\\o\\a") < comma;
+  if (!isReading || comma == std::string_view::npos || !instruction.ends_with(')')) return {};
+  return instruction.substr(comma + 1, instruction.size() - comma - 2);
 }
 
 }  // namespace
@@ -142,7 +164,9 @@ void RtfReader::Parser::closeGroup() {
   const Group inner = std::exchange(group_, std::move(open_.back()));
   open_.pop_back();
   if (inner.destination != group_.destination || inner.isFootnote) endDestination(inner);
-  if (open_.empty()) isOver_ = true;
+  if (!open_.empty()) return;
+  group_.paragraph = inner.paragraph;  // Of the text's end, which nothing else ends.
+  isOver_ = true;
 }
 
 void RtfReader::Parser::endDestination(const Group& inner) {
@@ -162,8 +186,9 @@ void RtfReader::Parser::endListText() {
 }
 
 void RtfReader::Parser::endInstruction() {
-  const std::string target = targetOf(withoutBlanks(instruction_));
-  instruction_.clear();
+  const std::string instruction = std::exchange(instruction_, {});
+  emit(baseOf(withoutBlanks(instruction)));
+  const std::string target = targetOf(withoutBlanks(instruction));
   if (target.empty() || links_.size() >= kMostLinks) return;
   links_.emplace_back(target);
   group_.fieldLink = static_cast<std::uint32_t>(links_.size());
@@ -256,6 +281,7 @@ void RtfReader::Parser::addBytes(std::string_view bytes) {
     case Destination::body:
     case Destination::listText:
     case Destination::fieldInstruction:
+    case Destination::attachment:
       break;
   }
   const RtfFont* const present = font();
@@ -316,9 +342,11 @@ void RtfReader::Parser::addCharacter(char32_t character) {
   flushBytes();
   const Utf8Bytes utf8(character);
   if (group_.destination == Destination::levelText) return lists_.appendLevelText(utf8);
-  const bool isText = group_.destination == Destination::body ||
-                      group_.destination == Destination::listText ||
-                      group_.destination == Destination::fieldInstruction;
+  if (group_.destination == Destination::fontTable) return fonts_.appendDecodedName(utf8, documentPage_);
+  const bool isText =
+      group_.destination == Destination::body || group_.destination == Destination::listText ||
+      group_.destination == Destination::fieldInstruction || group_.destination == Destination::attachment;
+  if (isText && character == kObject && !attachment_.empty()) return addAttachment();
   if (isText) emit(utf8);
 }
 
@@ -326,6 +354,10 @@ void RtfReader::Parser::emit(std::string_view utf8) {
   if (std::exchange(highSurrogate_, 0) != 0) emit(kUtf8Replacement);  // It found no second half.
   if (group_.destination == Destination::fieldInstruction) {
     if (instruction_.size() + utf8.size() <= kLongestInstruction) instruction_ += utf8;
+    return;
+  }
+  if (group_.destination == Destination::attachment) {
+    if (attachment_.size() + utf8.size() <= kLongestListText) attachment_ += utf8;
     return;
   }
   if (group_.look.isHidden || group_.look.isDeleted) return;
@@ -372,6 +404,12 @@ void RtfReader::Parser::addPicture() {
   TextAttributes picture = attributesOf(group_.look);
   picture.attachment = "Picture";
   text_.append(kAttachment, text_.add(picture));
+}
+
+void RtfReader::Parser::addAttachment() {
+  TextAttributes object = attributesOf(group_.look);
+  object.attachment = String(std::exchange(attachment_, {}));
+  text_.append(kAttachment, text_.add(object));
 }
 
 const RtfFont* RtfReader::Parser::fontOf(const Look& look) const {

@@ -37,6 +37,7 @@ class RtfReader::Parser {
     levelText,
     listText,
     fieldInstruction,
+    attachment,
   };
   // How characters look, in the numbers of the document.
   struct Look {
@@ -80,6 +81,7 @@ class RtfReader::Parser {
   void endDestination(const Group& inner);
   void endListText();
   void endInstruction();
+  void addAttachment();
   void endFootnote(const Group& inner);
 
   // Whether what was read stands in for a \u before it.
@@ -129,6 +131,7 @@ class RtfReader::Parser {
 
   CodePage documentPage_;
   std::int32_t defaultFont_ = -1;
+  std::int32_t defaultHalfPoints_ = 24;
   RtfFonts fonts_;
   RtfColors colors_;
   RtfLists lists_;
@@ -136,6 +139,7 @@ class RtfReader::Parser {
   std::vector<String> links_;
   std::string instruction_;
   std::string listText_;
+  std::string attachment_;            // The name of the object that comes next.
   bool hasListTexts_ = false;         // The document tells the markers of lists itself.
   std::vector<std::uint16_t> spans_;  // Of the row that is being defined.
   enum class Merge : std::uint8_t { none, first, next } merge_ = Merge::none;

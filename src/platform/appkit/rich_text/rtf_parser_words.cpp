@@ -39,7 +39,7 @@ void RtfReader::Parser::readWord(const RtfToken& token) {
     const bool isTold = word->action == Action::underline && token.parameter.has_value();
     return readLook(isTold && value == 0 ? Action::noUnderline : word->action, isTold ? word->value : value);
   }
-  if (isWithin(word->action, Action::paragraphDefault, Action::listLevel))
+  if (isWithin(word->action, Action::paragraphDefault, Action::itemLevel))
     return readParagraph(word->action, value);
   if (isWithin(word->action, Action::rowDefinition, Action::mergeNext)) return readRow(word->action);
   if (isWithin(word->action, Action::skip, Action::unicodeText)) return readDestination(*word, isOptional);
@@ -78,6 +78,7 @@ void RtfReader::Parser::readLook(RtfAction action, std::int32_t value) {
     case Action::plain: {
       Look fresh;
       fresh.font = defaultFont_;
+      fresh.halfPoints = defaultHalfPoints_;
       fresh.link = look.link;
       fresh.isDeleted = look.isDeleted;
       look = fresh;
@@ -223,6 +224,9 @@ void RtfReader::Parser::readParagraph(RtfAction action, std::int32_t value) {
     case Action::listLevel:
       paragraph.listLevel = static_cast<std::uint8_t>(std::clamp<std::int32_t>(value, 0, 8));
       return;
+    case Action::itemLevel:
+      style.listLevel = static_cast<std::uint8_t>(std::clamp<std::int32_t>(value, 0, 9));
+      return;
     default:
       return;
   }
@@ -287,6 +291,8 @@ void RtfReader::Parser::readDestination(const RtfWord& word, bool isOptional) {
     case Action::picture:
       if (isBody) addPicture();
       return enterDestination(Destination::skip);
+    case Action::attachment:
+      return enterDestination(isBody ? Destination::attachment : Destination::skip);
     case Action::footnote:
       return beginFootnote(isOptional);
     case Action::unicodePair:
@@ -313,6 +319,10 @@ void RtfReader::Parser::readTable(RtfAction action, std::int32_t value) {
     case Action::defaultFont:
       defaultFont_ = value;
       if (open_.size() == 1) group_.look.font = value;
+      return;
+    case Action::defaultSize:
+      defaultHalfPoints_ = std::clamp(value, std::int32_t{0}, kMostHalfPoints);
+      if (open_.size() == 1) group_.look.halfPoints = defaultHalfPoints_;
       return;
     case Action::fontCharset:
       return fonts_.setCharset(value);

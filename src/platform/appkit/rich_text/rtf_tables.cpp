@@ -81,6 +81,7 @@ void RtfFonts::begin(std::int32_t number) {
   const bool hasRoom = fonts_.size() < kMostFonts || fonts_.contains(number);
   current_ = hasRoom ? &fonts_[number] : nullptr;
   name_.clear();
+  decoded_.clear();
 }
 
 void RtfFonts::setCharset(std::int32_t charset) {
@@ -100,12 +101,22 @@ void RtfFonts::appendName(std::string_view bytes, const CodePage& documentPage) 
   const std::size_t end = bytes.find(';');
   name_ += bytes.substr(0, std::min(end, kLongestName - std::min(kLongestName, name_.size())));
   if (end == std::string_view::npos || current_ == nullptr) return;
-  const std::size_t start = std::min(name_.find_first_not_of(' '), name_.size());
-  std::string family;
-  (current_->page ? *current_->page : documentPage).decode(std::string_view(name_).substr(start), family);
-  current_->isSymbol = current_->isSymbol || (!current_->page && isNameOfSymbols(family));
-  current_->family = String(family);
-  name_.clear();
+  decodeName(documentPage);
+  const std::string family = std::exchange(decoded_, {});
+  const std::size_t start = std::min(family.find_first_not_of(' '), family.size());
+  current_->family = String(std::string_view(family).substr(start));
+  current_->isSymbol = current_->isSymbol || (!current_->page && isNameOfSymbols(current_->family));
+}
+
+void RtfFonts::appendDecodedName(std::string_view utf8, const CodePage& documentPage) {
+  if (current_ == nullptr) return;
+  decodeName(documentPage);
+  if (decoded_.size() < kLongestName) decoded_ += utf8;
+}
+
+void RtfFonts::decodeName(const CodePage& documentPage) {
+  const std::string bytes = std::exchange(name_, {});
+  (current_->page ? *current_->page : documentPage).decode(bytes, decoded_);
 }
 
 std::optional<TextColor> RtfColors::color(std::int32_t number) const {

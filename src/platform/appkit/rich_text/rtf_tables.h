@@ -32,11 +32,16 @@ class RtfFonts {
   void setCodePage(std::int32_t number);
   // Names end with a semicolon.
   void appendName(std::string_view bytes, const CodePage& documentPage);
+  // What \u says of a name.
+  void appendDecodedName(std::string_view utf8, const CodePage& documentPage);
 
  private:
+  void decodeName(const CodePage& documentPage);
+
   std::map<std::int32_t, RtfFont> fonts_;
   RtfFont* current_ = nullptr;
-  std::string name_;
+  std::string name_;     // In the encoding of the font.
+  std::string decoded_;  // What stands before it.
 };
 
 class RtfColors {

@@ -65,6 +65,7 @@ enum class RtfAction : std::uint8_t {
   paragraphStyle,
   list,
   listLevel,
+  itemLevel,
   // Rows.
   rowDefinition,
   cellEdge,
@@ -89,6 +90,7 @@ enum class RtfAction : std::uint8_t {
   fieldInstruction,
   fieldResult,
   picture,
+  attachment,
   footnote,
   unicodePair,
   unicodeText,
@@ -98,6 +100,7 @@ enum class RtfAction : std::uint8_t {
   green,
   blue,
   defaultFont,
+  defaultSize,
   listEntry,
   listDefinitionLevel,
   listNumberFormat,

@@ -9,7 +9,7 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/appkit/rich_text/rtf_lists.h"
+#include "platform/appkit/rich_text/rtf_list_writer.h"
 #include "platform/appkit/rich_text/rtf_output.h"
 #include "platform/appkit/rich_text/rtf_table_writer.h"
 #include "platform/foundation/utf8.h"
@@ -236,7 +236,8 @@ class Writer {
         isComplex_(hasComplexScript(text.string())) {}
 
   String write() {
-    out_.raw("{\\rtf1\\ansi\\ansicpg1252\\uc1\n");
+    // A size that isn't told is the system's, which others take for 12 points.
+    out_.raw("{\\rtf1\\ansi\\ansicpg1252\\uc1\\tarnixsize0\n");
     look_.write(out_);
     lists_.write(out_);
     const auto paragraphs = text_.paragraphs();
@@ -245,6 +246,8 @@ class Writer {
       writeParagraph(i, begin, paragraphs[i].end);
     }
     tables_.finish();
+    // The last \par of a document is nothing but its end.
+    if (text_.string().view().ends_with('\n')) out_.raw("\\pard\\par");
     out_.close();
     return out_.written();
   }
@@ -286,6 +289,7 @@ class Writer {
   std::uint32_t writeMarker(std::uint32_t begin, std::uint32_t end, const ParagraphStyle& style) {
     if (!rtfHasMarker(std::string_view(text_.string()).substr(begin, end - begin), style)) return begin;
     const auto markerEnd = static_cast<std::uint32_t>(begin + style.listMarker.size() + 1);
+    switchTo(runAt(begin).attributes);
     const std::uint32_t before = current_;
     out_.raw("{\\listtext");
     writeText(begin, markerEnd);
@@ -356,7 +360,7 @@ class Writer {
   const NSAttributedString& text_;
   RtfOutput out_;
   LookTables look_;
-  RtfLists lists_;
+  RtfListWriter lists_;
   RtfTableWriter tables_;
   std::size_t run_ = 0;
   bool isComplex_;

@@ -72,7 +72,7 @@ TEST(RtfWriter, aListGoesOnWhileItsMarkersDo) {
   for (const char* marker : {"h)", "i)"}) appendItem(builder, marker, 2);
   for (const char* marker : {"3.", "7.", "8."}) appendItem(builder, marker, 1);
   const std::string rtf = rtfFrom(builder.take()).str();
-  EXPECT_THAT(rtf, HasSubstr("\\ls1\\ilvl0{\\listtext\\plain 1.\\tab}"));
+  EXPECT_THAT(rtf, HasSubstr("\\ls1\\ilvl0\\plain{\\listtext 1.\\tab}"));
   EXPECT_THAT(rtf, HasSubstr("\\ls1\\ilvl1{\\listtext i)\\tab}"));
   EXPECT_THAT(rtf, HasSubstr("\\ls1\\ilvl0{\\listtext 3.\\tab}"));
   EXPECT_THAT(rtf, HasSubstr("\\ls2\\ilvl0{\\listtext 7.\\tab}"));

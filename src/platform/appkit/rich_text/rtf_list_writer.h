@@ -36,9 +36,9 @@ struct RtfMarker {
 };
 
 // Finds which items of a text are of one list, so that other programs count on as the markers do.
-class RtfLists {
+class RtfListWriter {
  public:
-  explicit RtfLists(const NSAttributedString& text);
+  explicit RtfListWriter(const NSAttributedString& text);
 
   // The number for \ls of a paragraph, from 1; 0 for none.
   int listOf(std::size_t paragraph) const { return numbers_[paragraph]; }

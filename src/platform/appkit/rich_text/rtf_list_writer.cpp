@@ -1,4 +1,4 @@
-#include "platform/appkit/rich_text/rtf_lists.h"
+#include "platform/appkit/rich_text/rtf_list_writer.h"
 
 #include <algorithm>
 #include <charconv>
@@ -107,7 +107,7 @@ bool rtfHasMarker(std::string_view text, const ParagraphStyle& style) {
          text.substr(marker.size()).starts_with('\t');
 }
 
-RtfLists::RtfLists(const NSAttributedString& text) {
+RtfListWriter::RtfListWriter(const NSAttributedString& text) {
   std::string_view all = text.string();
   std::size_t begin = 0;
   for (const auto& paragraph : text.paragraphs()) {
@@ -120,14 +120,14 @@ RtfLists::RtfLists(const NSAttributedString& text) {
   }
 }
 
-bool RtfLists::continues(const Level& level, const RtfMarker& marker) {
+bool RtfListWriter::continues(const Level& level, const RtfMarker& marker) {
   if (!level.isUsed) return true;
   const RtfMarker& first = level.first;
   if (marker.kind != first.kind || marker.before != first.before || marker.after != first.after) return false;
   return !marker.isCounted() || marker.number == (level.next == 0 ? first.number : level.next);
 }
 
-void RtfLists::add(std::string_view text, std::size_t level) {
+void RtfListWriter::add(std::string_view text, std::size_t level) {
   const RtfMarker marker = parsed(text, isOpen_ ? lists_.back()[level].first.kind : RtfMarker::bullet);
   if ((!isOpen_ || !continues(lists_.back()[level], marker)) && lists_.size() < kMostLists)
     lists_.emplace_back();
@@ -139,7 +139,7 @@ void RtfLists::add(std::string_view text, std::size_t level) {
   for (std::size_t deeper = level + 1; deeper < kLevels; ++deeper) list[deeper].next = 0;
 }
 
-void RtfLists::writeLevel(const Level& level, int index, RtfOutput& to) {
+void RtfListWriter::writeLevel(const Level& level, int index, RtfOutput& to) {
   const RtfMarker& marker = level.first;
   const bool isCounted = marker.isCounted();
   to.raw("{\\listlevel");
@@ -157,7 +157,7 @@ void RtfLists::writeLevel(const Level& level, int index, RtfOutput& to) {
   to.raw(";}}");
 }
 
-void RtfLists::write(RtfOutput& to) const {
+void RtfListWriter::write(RtfOutput& to) const {
   if (lists_.empty()) return;
   to.raw("{\\*\\listtable");
   int number = 0;
