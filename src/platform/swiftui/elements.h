@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -107,6 +108,14 @@ struct TextView {
 };
 inline std::string describe(const TextView& view) { return "TextView " + text_form::quoted(view.text); }
 
+// A view of the toolkit, which is made once for each place and brought in line at each evaluation.
+struct HostedView {
+  std::shared_ptr<const ViewRepresentable> host;
+  std::shared_ptr<NSView> view;  // Null until it is resolved.
+};
+// For a text view, what it says.
+std::string describe(const HostedView& hosted);
+
 // An attachment. Children: the content.
 enum class ToolbarPlacement { navigation, primaryAction };
 struct ToolbarItem {
@@ -135,7 +144,8 @@ struct ElementContent
     : std::variant<elements::Text, elements::Image, elements::Label, elements::VStack, elements::HStack,
                    elements::Spacer, elements::Divider, elements::NavigationView, elements::List,
                    elements::Section, elements::NavigationLink, elements::Toggle, elements::Button,
-                   elements::TextView, elements::ToolbarItem, elements::ConfirmationDialog> {
+                   elements::TextView, elements::HostedView, elements::ToolbarItem,
+                   elements::ConfirmationDialog> {
   using variant::variant;
 };
 
