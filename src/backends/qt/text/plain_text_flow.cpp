@@ -12,8 +12,8 @@ constexpr std::size_t kGenerationBytes = 32 * 1024;
 
 }  // namespace
 
-void TextFlow::setText(String text) {
-  text_ = std::move(text);
+void TextFlow::setSource(std::shared_ptr<const PieceSource> source) {
+  source_ = std::move(source);
   forgetLayouts();
 }
 
@@ -53,9 +53,9 @@ void TextFlow::keep(std::shared_ptr<const PieceLayout> layout) const {
 }
 
 std::shared_ptr<const PieceLayout> TextFlow::layoutAt(std::size_t offset) const {
-  const TextPiece piece = pieceAt(text_, offset);
+  const TextPiece piece = source_->pieceAt(offset);
   if (auto known = recall(piece.begin)) return known;
-  auto layout = std::make_shared<const PieceLayout>(text_, piece, style_);
+  auto layout = source_->layOut(piece, style_);
   laidOutBytes_ += piece.end - piece.begin;
   keep(layout);
   return layout;
@@ -63,7 +63,7 @@ std::shared_ptr<const PieceLayout> TextFlow::layoutAt(std::size_t offset) const 
 
 FlowPosition TextFlow::last() const {
   if (!last_) {
-    const auto layout = layoutAt(text_.size());
+    const auto layout = layoutAt(text().size());
     const FlowPosition end{layout->piece().begin, layout->height() + inset_};
     last_ = std::max(first(), moved(end, -visibleHeight_));
   }

@@ -28,12 +28,12 @@ struct FlowPosition {
 // part, whose upper edge is a FlowPosition.
 class TextFlow {
  public:
-  void setText(String text);
+  void setSource(std::shared_ptr<const PieceSource> source);
   void setStyle(const LayoutStyle& style);
   // Height of the visible part, and the empty space above the first and below the last row.
   void setHeights(int visible, int inset);
 
-  const String& text() const { return text_; }
+  const String& text() const { return source_->text(); }
   const LayoutStyle& style() const { return style_; }
 
   FlowPosition first() const { return {0, -inset_}; }
@@ -72,13 +72,13 @@ class TextFlow {
     std::size_t bytes = 0;
   };
 
-  bool isLast(const TextPiece& piece) const { return piece.next > text_.size(); }
+  bool isLast(const TextPiece& piece) const { return piece.next > text().size(); }
   int insetAbove(const TextPiece& piece) const { return piece.begin == 0 ? inset_ : 0; }
   std::shared_ptr<const PieceLayout> recall(std::size_t begin) const;
   void keep(std::shared_ptr<const PieceLayout> layout) const;
   void forgetLayouts();
 
-  String text_;
+  std::shared_ptr<const PieceSource> source_ = std::make_shared<PlainPieces>(String());
   LayoutStyle style_;
   int visibleHeight_ = 0;
   int inset_ = 0;

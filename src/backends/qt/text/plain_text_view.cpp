@@ -52,22 +52,30 @@ PlainTextView::PlainTextView(QWidget* parent) : QAbstractScrollArea(parent) {
 void PlainTextView::setText(String text) {
   if (text.sharesBytesWith(flow_.text())) return;
   const bool isOther = !isTakenForEqual(flow_.text(), text);
+  setPieces(std::make_shared<PlainPieces>(std::move(text)), isOther);
+}
+
+void PlainTextView::setPieces(std::shared_ptr<const PieceSource> pieces, bool isOtherText) {
   indexTimer_.stop();
-  index_ = Utf16Index(text);
-  flow_.setText(std::move(text));
-  if (isOther) {
+  index_ = Utf16Index(pieces->text());
+  flow_.setSource(std::move(pieces));
+  if (isOtherText) {
     selection_ = {};
     topRow_ = 0;
     top_ = flow_.first();
   }
   layOut();
-  if (isOther) announceText(*this);
+  if (isOtherText) announceText(*this);
+}
+
+LayoutStyle PlainTextView::layoutStyle() const {
+  return {font(), std::max(kLeastWidth, viewport()->width() - 2 * kInsetX),
+          palette().color(QPalette::PlaceholderText)};
 }
 
 void PlainTextView::layOut() {
   const bool isAtStart = top_ == flow_.first() || topRow_ == 0;
-  const LayoutStyle style{font(), std::max(kLeastWidth, viewport()->width() - 2 * kInsetX),
-                          palette().color(QPalette::PlaceholderText)};
+  const LayoutStyle style = layoutStyle();
   const bool isSameStyle = style == flow_.style();
   flow_.setStyle(style);
   flow_.setHeights(viewport()->height(), kInsetY);

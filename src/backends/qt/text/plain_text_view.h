@@ -21,7 +21,7 @@ class PlainTextView : public QAbstractScrollArea {
   // Starts at the top with nothing selected, unless the text equals the one on show: then both stay. Texts of
   // more than 32 MB are taken for equal when size and the 16 MB at either end are; the bytes on show are the
   // new ones in any case.
-  void setText(String text);
+  virtual void setText(String text);
   const String& text() const { return flow_.text(); }
 
   TextRange selection() const { return selection_.range(); }
@@ -51,6 +51,11 @@ class PlainTextView : public QAbstractScrollArea {
   std::size_t laidOutBytes() const { return flow_.laidOutBytes(); }
 
  protected:
+  // Another source of the text on show; another text starts at the top with nothing selected.
+  void setPieces(std::shared_ptr<const PieceSource> pieces, bool isOtherText);
+  virtual LayoutStyle layoutStyle() const;
+  void layOut();
+
   bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
@@ -70,7 +75,6 @@ class PlainTextView : public QAbstractScrollArea {
  private:
   enum class Granularity { character, word, line };
 
-  void layOut();
   void setTop(FlowPosition top);
   void scrollBy(int pixels);
   void performScroll(int sliderAction);

@@ -1,0 +1,122 @@
+#include <QCoreApplication>
+#include <QFontInfo>
+#include <QGuiApplication>
+#include <QTimer>
+#include <memory>
+#include <utility>
+
+#include "backends/qt/text/rich_text_view.h"
+#include "backends/qt/theme/colors.h"
+#include "backends/qt/theme/fonts.h"
+#include "backends/qt/tree/presenter.h"
+#include "backends/qt/widgets/text_editor.h"
+#include "platform/appkit/scroll_view.h"
+
+// Text views of the toolkit, each mirrored in a widget: one to write in, or one that shows texts of any size.
+namespace tarnix::qt {
+namespace {
+
+std::shared_ptr<NSScrollView> scrollViewOf(const Element& element) {
+  return std::dynamic_pointer_cast<NSScrollView>(element.as<elements::HostedView>()->view);
+}
+
+// What the toolkit's own editor can show: a text with a look of its own is for reading.
+bool isForWriting(const NSTextView& text) { return text.isEditable() && text.textStorage()->isPlain(); }
+
+void showText(RichTextView& widget, const NSTextView& text) {
+  const NSTextStorage& storage = *text.textStorage();
+  if (!storage.isPlain()) return widget.setAttributedText(storage.attributedString());
+  const QFont font = fontFor(*storage.plainFont(), QGuiApplication::font());
+  if (widget.font() != font) widget.setFont(font);
+  widget.setText(storage.string());
+}
+
+void showText(TextEditor& widget, const NSTextView& text) {
+  widget.setFont(fontFor(text.textStorage()->plainFont().value_or(NSFont()), QGuiApplication::font()));
+  widget.setUndoRedoEnabled(text.allowsUndo());
+  widget.setText(text.string());
+}
+
+void showGround(RichTextView& widget, const QColor& ground, const NSTextView& text) {
+  widget.setGround(ground, text.usesAdaptiveColorMappingForDarkAppearance());
+}
+
+void showGround(TextEditor&, const QColor&, const NSTextView&) {}
+
+void connectText(RichTextView& widget, const std::shared_ptr<NSTextView>&) {
+  widget.setLinks([](const String& link) { NSTextView::clickedOnLink(link); }, NSTextView::canOpenLink);
+}
+
+void connectText(TextEditor& widget, const std::shared_ptr<NSTextView>& text) {
+  widget.setEdited([weak = std::weak_ptr(text)](const String& edited) {
+    if (const auto view = weak.lock()) view->textWasEdited(edited);
+  });
+}
+
+QFrame::Shape shapeOf(NSBorderType border) {
+  if (border == NSBorderType::noBorder) return QFrame::NoFrame;
+  return border == NSBorderType::lineBorder ? QFrame::Box : QFrame::StyledPanel;
+}
+
+template <typename Widget>
+class TextHostPresenter : public WidgetPresenter<Widget> {
+ public:
+  TextHostPresenter(Rendering& rendering, std::shared_ptr<NSScrollView> scrollView)
+      : WidgetPresenter<Widget>(rendering),
+        scrollView_(std::move(scrollView)),
+        isForWriting_(isForWriting(text())) {
+    this->widget()->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    connectText(*this->widget(), scrollView_->documentView());
+    mirror_.setSingleShot(true);
+    QObject::connect(&mirror_, &QTimer::timeout, this->widget(), [this] { mirror(); });
+    scrollViewChanges_ = scrollView_->changes().sink([this](const Void&) { mirror_.start(0); });
+    textChanges_ = text().changes().sink([this](const Void&) { mirror_.start(0); });
+  }
+
+  QString ownName() const override { return QCoreApplication::translate("tarnix", "Text"); }
+  bool canShow(const Element& element) const override {
+    return scrollViewOf(element) == scrollView_ && isForWriting(text()) == isForWriting_;
+  }
+  void show(const Element&) override { mirror(); }
+
+ private:
+  const NSTextView& text() const { return *scrollView_->documentView(); }
+
+  void mirror() {
+    mirror_.stop();
+    Widget& widget = *this->widget();
+    if (widget.frameShape() != shapeOf(scrollView_->borderType()))
+      widget.setFrameShape(shapeOf(scrollView_->borderType()));
+    showGround(widget, ground(), text());
+    showText(widget, text());
+  }
+
+  // Invalid where the surroundings show through, which have the colour of the palette.
+  QColor ground() {
+    const QColor own =
+        text().drawsBackground() ? colorOf(text().backgroundColor(), this->widget()->palette()) : QColor();
+    const bool isDrawn = text().drawsBackground() || scrollView_->drawsBackground();
+    if (this->widget()->viewport()->autoFillBackground() != isDrawn)
+      this->widget()->viewport()->setAutoFillBackground(isDrawn);
+    return own;
+  }
+
+  std::shared_ptr<NSScrollView> scrollView_;
+  bool isForWriting_;
+  QTimer mirror_;  // Gathers the changes of a turn.
+  AnyCancellable scrollViewChanges_;
+  AnyCancellable textChanges_;
+};
+
+}  // namespace
+
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::HostedView>(Rendering& rendering, const Element& element) {
+  auto scrollView = scrollViewOf(element);
+  if (!scrollView || !scrollView->documentView()) return nullptr;
+  if (isForWriting(*scrollView->documentView()))
+    return std::make_unique<TextHostPresenter<TextEditor>>(rendering, std::move(scrollView));
+  return std::make_unique<TextHostPresenter<RichTextView>>(rendering, std::move(scrollView));
+}
+
+}  // namespace tarnix::qt

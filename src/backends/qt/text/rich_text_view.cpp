@@ -1,0 +1,159 @@
+#include "backends/qt/text/rich_text_view.h"
+
+#include <QApplication>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStatusTipEvent>
+#include <QToolTip>
+#include <algorithm>
+#include <utility>
+
+#include "backends/qt/text/rich_text_pieces.h"
+#include "backends/qt/theme/colors.h"
+#include "backends/qt/theme/text.h"
+
+namespace tarnix::qt {
+
+void RichTextView::setText(String text) {
+  if (!attributed_) return PlainTextView::setText(std::move(text));
+  attributed_.reset();
+  setPieces(std::make_shared<PlainPieces>(std::move(text)), true);
+}
+
+void RichTextView::setAttributedText(const NSAttributedString& text) {
+  if (attributed_ == text) return;
+  attributed_ = text;
+  setPieces(std::make_shared<RichPieces>(text), true);
+}
+
+void RichTextView::setLinks(std::function<void(const String&)> open,
+                            std::function<bool(const String&)> canOpen) {
+  open_ = std::move(open);
+  canOpen_ = std::move(canOpen);
+}
+
+void RichTextView::setGround(const QColor& background, bool isAdaptive) {
+  if (background == background_ && isAdaptive == isAdaptive_) return;
+  background_ = background;
+  isAdaptive_ = isAdaptive;
+  layOut();
+}
+
+LayoutStyle RichTextView::layoutStyle() const {
+  LayoutStyle style = PlainTextView::layoutStyle();
+  const QColor ground = background_.isValid() ? background_ : palette().color(QPalette::Base);
+  style.colors = {palette().color(QPalette::Text), ground, palette().color(QPalette::Link),
+                  palette().color(QPalette::Mid), isAdaptive_};
+  return style;
+}
+
+std::optional<RichTextView::Run> RichTextView::runAt(std::size_t offset) const {
+  if (!attributed_) return std::nullopt;
+  const auto runs = attributed_->runs();
+  const auto run = std::ranges::upper_bound(runs, offset, {}, &NSAttributedString::Run::end);
+  if (run == runs.end()) return std::nullopt;
+  const std::size_t begin = run == runs.begin() ? 0 : std::prev(run)->end;
+  return Run{attributed_->attributesOf(*run), {begin, run->end}};
+}
+
+std::optional<RichTextView::Link> RichTextView::linkAt(std::size_t offset) const {
+  auto run = runAt(offset);
+  if (!run || run->attributes.link.empty() || !canOpen_ || !canOpen_(run->attributes.link))
+    return std::nullopt;
+  Link link{run->attributes.link, run->range};
+  while (link.range.begin > 0 && (run = runAt(link.range.begin - 1)) && run->attributes.link == link.target)
+    link.range.begin = run->range.begin;
+  while ((run = runAt(link.range.end)) && run->attributes.link == link.target)
+    link.range.end = run->range.end;
+  return link;
+}
+
+std::optional<RichTextView::Link> RichTextView::linkUnder(QPoint point) const {
+  if (!attributed_) return std::nullopt;
+  const std::size_t offset = characterAt(point);
+  const QRect caret = caretRect(offset);
+  const bool isBeside = caret.isNull() || point.y() < caret.top() || point.y() > caret.bottom() ||
+                        std::abs(point.x() - caret.left()) > 2 * caret.height();
+  return isBeside ? std::nullopt : linkAt(offset);
+}
+
+// From the selection on, so that one goes on where one is.
+std::optional<RichTextView::Link> RichTextView::nextLink(bool isNext) const {
+  if (!attributed_) return std::nullopt;
+  std::size_t offset = isNext ? selection().end : selection().begin;
+  while (isNext ? offset < text().size() : offset > 0) {
+    const auto run = runAt(isNext ? offset : offset - 1);
+    if (!run) return std::nullopt;
+    if (auto link = linkAt(run->range.begin)) return link;
+    offset = isNext ? run->range.end : run->range.begin;
+  }
+  return std::nullopt;
+}
+
+std::optional<RichTextView::Link> RichTextView::selectedLink() const {
+  auto link = linkAt(selection().begin);
+  return link && link->range == selection() ? link : std::nullopt;
+}
+
+// The target is told before it is opened, since what a link says may be anything.
+void RichTextView::tell(const std::optional<Link>& link) {
+  const QString target = link ? titleStart(link->target) : QString();
+  if (accessibleDescription() != target) setAccessibleDescription(target);
+}
+
+bool RichTextView::focusNextPrevChild(bool isNext) {
+  const auto link = nextLink(isNext);
+  tell(link);
+  if (!link) return PlainTextView::focusNextPrevChild(isNext);
+  select(link->range.begin, link->range.end);
+  reveal(link->range.end);
+  reveal(link->range.begin);
+  QToolTip::showText(mapToGlobal(caretRect(link->range.begin).bottomLeft()), titleStart(link->target), this);
+  return true;
+}
+
+void RichTextView::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const auto link = isEnter ? selectedLink() : std::nullopt;
+  if (!link) return PlainTextView::keyPressEvent(event);
+  const auto open = open_;
+  open(link->target);
+}
+
+void RichTextView::mousePressEvent(QMouseEvent* event) {
+  pressed_ = event->button() == Qt::LeftButton ? linkUnder(event->position().toPoint()) : std::nullopt;
+  PlainTextView::mousePressEvent(event);
+}
+
+void RichTextView::mouseMoveEvent(QMouseEvent* event) {
+  if (event->buttons() != Qt::NoButton) return PlainTextView::mouseMoveEvent(event);
+  const bool isOnLink = linkUnder(event->position().toPoint()).has_value();
+  viewport()->setCursor(isOnLink ? Qt::PointingHandCursor : Qt::IBeamCursor);
+}
+
+// A drag that begins on a link selects.
+void RichTextView::mouseReleaseEvent(QMouseEvent* event) {
+  PlainTextView::mouseReleaseEvent(event);
+  const auto pressed = std::exchange(pressed_, std::nullopt);
+  const auto released = linkUnder(event->position().toPoint());
+  if (!pressed || !released || pressed->range != released->range || !selection().isEmpty()) return;
+  const auto open = open_;
+  open(pressed->target);
+}
+
+bool RichTextView::event(QEvent* event) {
+  if (event->type() == QEvent::FocusOut) tell(std::nullopt);
+  return PlainTextView::event(event);
+}
+
+bool RichTextView::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return PlainTextView::viewportEvent(event);
+  const auto& help = static_cast<const QHelpEvent&>(*event);
+  const auto link = linkUnder(help.pos());
+  if (!link) return PlainTextView::viewportEvent(event);
+  QToolTip::showText(help.globalPos(), titleStart(link->target), this);
+  return true;
+}
+
+}  // namespace tarnix::qt

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "backends/qt/text/plain_text_view.h"
+#include "platform/appkit/attributed_string.h"
+
+namespace tarnix::qt {
+
+// A read-only view of a text of any size, plain or with a look of its own. Links are opened by a click, or by
+// Enter once Tab has led to them.
+class RichTextView : public PlainTextView {
+ public:
+  explicit RichTextView(QWidget* parent = nullptr) : PlainTextView(parent) {
+    viewport()->setMouseTracking(true);
+  }
+
+  void setText(String text) override;
+  // An equal text changes nothing.
+  void setAttributedText(const NSAttributedString& text);
+  // What is called with a link that the user opens, and which links there are: others are shown as text.
+  void setLinks(std::function<void(const String&)> open, std::function<bool(const String&)> canOpen);
+  // On what the text lies, and whether colours that can't be read there are changed.
+  void setGround(const QColor& background, bool isAdaptive);
+
+  // What the character at `offset` leads to, and all of the characters around it that lead there.
+  struct Link {
+    String target;
+    TextRange range;
+  };
+  std::optional<Link> linkAt(std::size_t offset) const;
+  // The attributes of the character there, and the characters around it that have the same.
+  struct Run {
+    TextAttributes attributes;
+    TextRange range;
+  };
+  std::optional<Run> runAt(std::size_t offset) const;
+
+ protected:
+  LayoutStyle layoutStyle() const override;
+  bool event(QEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+  bool focusNextPrevChild(bool isNext) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  std::optional<Link> linkUnder(QPoint point) const;
+  std::optional<Link> nextLink(bool isNext) const;
+  std::optional<Link> selectedLink() const;
+  void tell(const std::optional<Link>& link);
+
+  std::optional<NSAttributedString> attributed_;  // Absent for a plain text.
+  std::function<void(const String&)> open_;
+  std::function<bool(const String&)> canOpen_;
+  QColor background_;
+  bool isAdaptive_ = false;
+  std::optional<Link> pressed_;
+};
+
+}  // namespace tarnix::qt
