@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/appkit/scroll_view.h"
+
 namespace tarnix::test {
 namespace {
 
@@ -9,6 +11,23 @@ template <typename T>
 Binding<T> bindingTo(T& value) {
   return {[&value] { return value; }, [&value](T written) { value = std::move(written); }};
 }
+
+// Has a text view of the toolkit show a text.
+struct TextHost {
+  String text;
+  int* made;
+
+  std::shared_ptr<NSScrollView> makeNSView(const NSViewRepresentableContext<TextHost>&) const {
+    ++*made;
+    auto view = NSTextView::scrollableTextView();
+    view->documentView()->setEditable(false);
+    return view;
+  }
+  void updateNSView(NSScrollView& view, const NSViewRepresentableContext<TextHost>& context) const {
+    const std::size_t limit = context.environment.lineLimit.value_or(0);
+    view.documentView()->setString(limit > 0 ? String(text.str() + std::to_string(limit)) : text);
+  }
+};
 
 }  // namespace
 
@@ -134,6 +153,27 @@ TEST_P(ViewContract, aListShowsItsRowsAndWritesWhatIsPicked) {
                                                     Row{"old", "3", true}));
   EXPECT_TRUE(stage->search("ne"));
   EXPECT_EQ(sought, String("ne"));
+}
+
+TEST_P(ViewContract, aHostsViewIsMadeOnceForItsPlaceAndFollowsItsHost) {
+  int made = 0;
+  String text("first");
+  std::optional<std::size_t> limit;
+  UUID identity = UUID::random();
+  stage->show([&] {
+    const View stack = VStack({Text("above"), View(TextHost{text, &made}).id(identity)});
+    return limit ? stack.lineLimit(*limit) : stack;
+  });
+  EXPECT_EQ(stage->text(), "first");
+  text = "second";
+  limit = 7;
+  stage->settle();
+  EXPECT_EQ(stage->text(), "second7") << "and knows what is around it";
+  EXPECT_EQ(made, 1);
+  identity = UUID::random();
+  stage->settle();
+  EXPECT_EQ(made, 2);
+  EXPECT_EQ(stage->text(), "second7");
 }
 
 TEST_P(ViewContract, aDialogComesAndGoesAndItsActionMayAskAgain) {

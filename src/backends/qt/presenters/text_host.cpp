@@ -1,12 +1,11 @@
 #include <QCoreApplication>
-#include <QFontInfo>
 #include <QGuiApplication>
 #include <QTimer>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "backends/qt/text/rich_text_view.h"
-#include "backends/qt/theme/colors.h"
 #include "backends/qt/theme/fonts.h"
 #include "backends/qt/tree/presenter.h"
 #include "backends/qt/widgets/text_editor.h"
@@ -37,14 +36,16 @@ void showText(TextEditor& widget, const NSTextView& text) {
   widget.setText(text.string());
 }
 
-void showGround(RichTextView& widget, const QColor& ground, const NSTextView& text) {
-  widget.setGround(ground, text.usesAdaptiveColorMappingForDarkAppearance());
+// What the text lies on, beside that of the palette, which shows through where neither view has one.
+void showGround(RichTextView& widget, const NSTextView& text) {
+  const auto own = text.drawsBackground() ? std::optional(text.backgroundColor()) : std::nullopt;
+  widget.setGround(own, text.usesAdaptiveColorMappingForDarkAppearance());
 }
 
-void showGround(TextEditor&, const QColor&, const NSTextView&) {}
+void showGround(TextEditor&, const NSTextView&) {}
 
 void connectText(RichTextView& widget, const std::shared_ptr<NSTextView>&) {
-  widget.setLinks([](const String& link) { NSTextView::clickedOnLink(link); }, NSTextView::canOpenLink);
+  widget.setOpenLink([](const String& link) { NSTextView::clickedOnLink(link); });
 }
 
 void connectText(TextEditor& widget, const std::shared_ptr<NSTextView>& text) {
@@ -87,18 +88,10 @@ class TextHostPresenter : public WidgetPresenter<Widget> {
     Widget& widget = *this->widget();
     if (widget.frameShape() != shapeOf(scrollView_->borderType()))
       widget.setFrameShape(shapeOf(scrollView_->borderType()));
-    showGround(widget, ground(), text());
+    if (widget.viewport()->autoFillBackground() != scrollView_->drawsBackground())
+      widget.viewport()->setAutoFillBackground(scrollView_->drawsBackground());
+    showGround(widget, text());
     showText(widget, text());
-  }
-
-  // Invalid where the surroundings show through, which have the colour of the palette.
-  QColor ground() {
-    const QColor own =
-        text().drawsBackground() ? colorOf(text().backgroundColor(), this->widget()->palette()) : QColor();
-    const bool isDrawn = text().drawsBackground() || scrollView_->drawsBackground();
-    if (this->widget()->viewport()->autoFillBackground() != isDrawn)
-      this->widget()->viewport()->setAutoFillBackground(isDrawn);
-    return own;
   }
 
   std::shared_ptr<NSScrollView> scrollView_;

@@ -3,6 +3,7 @@
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
 #include <optional>
+#include <utility>
 
 #include "backends/qt/text/plain_text_flow.h"
 #include "backends/qt/text/plain_text_index.h"
@@ -44,6 +45,10 @@ class PlainTextView : public QAbstractScrollArea {
   TextRange rowAround(std::size_t offset) const { return flow_.layoutAt(offset)->rowAround(offset); }
   // In viewport coordinates; empty when out of sight.
   QRect caretRect(std::size_t offset) const;
+
+  // How the character at `offset` looks, and those around it that look the same, in the words of assistive
+  // tools; empty for a text without a look of its own.
+  virtual std::pair<QString, TextRange> lookAt(std::size_t) const { return {{}, {0, text().size()}}; }
 
   // Positions in UTF-16 units. The first call for a text starts the counting, which goes on in slices while
   // the event loop has nothing else to do, and then stops for good.

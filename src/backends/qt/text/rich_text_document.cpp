@@ -60,7 +60,7 @@ void RichDocument::fill(std::size_t paragraph, TextRange part) {
   cursor.beginEditBlock();
   if (paragraph < text_.paragraphs().size()) writeParagraph(cursor, paragraph, part, style_->width);
   cursor.endEditBlock();
-  finish(part.end);
+  finish(part.end, QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
 void RichDocument::fill(const TablePart& part, std::size_t end) {
@@ -69,7 +69,7 @@ void RichDocument::fill(const TablePart& part, std::size_t end) {
   RichTable(*this, part).write(cursor);
   shrinkLastBlock(*document_);
   cursor.endEditBlock();
-  finish(end);
+  finish(end, QTextOption::WordWrap);
 }
 
 void RichDocument::writeParagraph(QTextCursor& cursor, std::size_t paragraph, TextRange part, int width) {
@@ -102,14 +102,21 @@ void RichDocument::writeRun(QTextCursor& cursor, TextRange part, const TextAttri
   cursor.insertText(shown.text, format);
 }
 
-void RichDocument::finish(std::size_t end) {
-  if (places_.empty()) note(0, end);
+void RichDocument::layOut(QTextOption::WrapMode wrapMode) {
   QTextOption option = document_->defaultTextOption();
-  option.setWrapMode(hasEndlessWord(document_->toRawText()) ? QTextOption::WrapAnywhere
-                                                            : QTextOption::WrapAtWordBoundaryOrAnywhere);
+  option.setWrapMode(wrapMode);
   option.setTabStopDistance(kTabPoints * pixelsPerPoint());
   document_->setDefaultTextOption(option);
   document_->setTextWidth(style_->width);
+}
+
+void RichDocument::finish(std::size_t end, QTextOption::WrapMode wrapMode) {
+  if (places_.empty()) note(0, end);
+  const bool isEndless = hasEndlessWord(document_->toRawText());
+  layOut(isEndless ? QTextOption::WrapAnywhere : wrapMode);
+  // A word is cut only where it must be: a table would make its columns narrower than their words.
+  if (wrapMode == QTextOption::WordWrap && document_->size().width() > style_->width + 1)
+    layOut(QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
 int RichDocument::positionOf(std::size_t offset) const {

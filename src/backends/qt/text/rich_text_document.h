@@ -2,6 +2,7 @@
 
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextOption>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -60,7 +61,8 @@ class RichDocument {
   void note(int position, std::size_t offset) {
     places_.push_back({position, static_cast<std::uint32_t>(offset)});
   }
-  void finish(std::size_t end);
+  void layOut(QTextOption::WrapMode wrapMode);
+  void finish(std::size_t end, QTextOption::WrapMode wrapMode);
 
   NSAttributedString text_;
   const LayoutStyle* style_;

@@ -9,7 +9,7 @@
 
 #include "backends/qt/theme/colors.h"
 #include "backends/qt/theme/fonts.h"
-#include "backends/qt/theme/text.h"
+#include "platform/appkit/text_view.h"
 
 namespace tarnix::qt {
 namespace {
@@ -38,9 +38,8 @@ QTextCharFormat::UnderlineStyle underlineOf(LineStyle style) {
 }
 
 void setLines(QTextCharFormat& format, const TextAttributes& attributes) {
-  const bool isLink = !attributes.link.empty();
-  const LineStyle underline =
-      isLink && attributes.underline == LineStyle::none ? LineStyle::single : attributes.underline;
+  const bool isBareLink = attributes.underline == LineStyle::none && NSTextView::canOpenLink(attributes.link);
+  const LineStyle underline = isBareLink ? LineStyle::single : attributes.underline;
   format.setUnderlineStyle(underlineOf(underline));
   format.setFontStrikeOut(attributes.strikethrough != LineStyle::none);
   const auto add = [&](int property, AddedLine line) {
@@ -59,7 +58,7 @@ void setColors(QTextCharFormat& format, const TextAttributes& attributes, const 
     if (colors.isAdaptive) ground = adaptedHighlight(ground, colors.background);
     format.setBackground(ground);
   }
-  const QColor automatic = attributes.link.empty() ? colors.text : colors.link;
+  const QColor automatic = NSTextView::canOpenLink(attributes.link) ? colors.link : colors.text;
   const QColor wanted = attributes.color ? toQColor(*attributes.color) : automatic;
   const bool isExact = attributes.color && !colors.isAdaptive;
   format.setForeground(isExact ? wanted : adapted(wanted, ground));

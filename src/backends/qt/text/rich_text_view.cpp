@@ -1,17 +1,19 @@
 #include "backends/qt/text/rich_text_view.h"
 
-#include <QApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QStatusTipEvent>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QToolTip>
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "backends/qt/text/rich_text_pieces.h"
 #include "backends/qt/theme/colors.h"
 #include "backends/qt/theme/text.h"
+#include "platform/appkit/text_view.h"
 
 namespace tarnix::qt {
 
@@ -27,25 +29,27 @@ void RichTextView::setAttributedText(const NSAttributedString& text) {
   setPieces(std::make_shared<RichPieces>(text), true);
 }
 
-void RichTextView::setLinks(std::function<void(const String&)> open,
-                            std::function<bool(const String&)> canOpen) {
-  open_ = std::move(open);
-  canOpen_ = std::move(canOpen);
-}
-
-void RichTextView::setGround(const QColor& background, bool isAdaptive) {
+void RichTextView::setGround(std::optional<NSColor> background, bool isAdaptive) {
   if (background == background_ && isAdaptive == isAdaptive_) return;
-  background_ = background;
+  background_ = std::move(background);
   isAdaptive_ = isAdaptive;
   layOut();
 }
 
+QColor RichTextView::ground() const {
+  return background_ ? colorOf(*background_, palette()) : palette().color(QPalette::Base);
+}
+
 LayoutStyle RichTextView::layoutStyle() const {
   LayoutStyle style = PlainTextView::layoutStyle();
-  const QColor ground = background_.isValid() ? background_ : palette().color(QPalette::Base);
-  style.colors = {palette().color(QPalette::Text), ground, palette().color(QPalette::Link),
+  style.colors = {palette().color(QPalette::Text), ground(), palette().color(QPalette::Link),
                   palette().color(QPalette::Mid), isAdaptive_};
   return style;
+}
+
+void RichTextView::paintEvent(QPaintEvent* event) {
+  if (background_) QPainter(viewport()).fillRect(event->rect(), ground());
+  PlainTextView::paintEvent(event);
 }
 
 std::optional<RichTextView::Run> RichTextView::runAt(std::size_t offset) const {
@@ -57,10 +61,28 @@ std::optional<RichTextView::Run> RichTextView::runAt(std::size_t offset) const {
   return Run{attributed_->attributesOf(*run), {begin, run->end}};
 }
 
+// By the names of IAccessible2's text attributes.
+std::pair<QString, TextRange> RichTextView::lookAt(std::size_t offset) const {
+  const auto run = runAt(offset);
+  if (!run) return PlainTextView::lookAt(offset);
+  const TextAttributes& look = run->attributes;
+  QString told;
+  const auto add = [&](bool isSo, const QString& words) { told += isSo ? words + u';' : QString(); };
+  const QString family = toQString(look.font.familyName).remove(u'"');
+  add(!family.isEmpty(), QStringLiteral("font-family:\"%1\"").arg(family));
+  add(look.font.pointSize > 0, QStringLiteral("font-size:%1pt").arg(look.font.pointSize));
+  add(look.font.isBold, QStringLiteral("font-weight:bold"));
+  add(look.font.isItalic, QStringLiteral("font-style:italic"));
+  add(look.underline != LineStyle::none, QStringLiteral("text-underline-style:solid"));
+  add(look.strikethrough != LineStyle::none, QStringLiteral("text-line-through-style:solid"));
+  add(look.superscript != 0,
+      look.superscript > 0 ? QStringLiteral("text-position:super") : QStringLiteral("text-position:sub"));
+  return {told, run->range};
+}
+
 std::optional<RichTextView::Link> RichTextView::linkAt(std::size_t offset) const {
   auto run = runAt(offset);
-  if (!run || run->attributes.link.empty() || !canOpen_ || !canOpen_(run->attributes.link))
-    return std::nullopt;
+  if (!run || !NSTextView::canOpenLink(run->attributes.link)) return std::nullopt;
   Link link{run->attributes.link, run->range};
   while (link.range.begin > 0 && (run = runAt(link.range.begin - 1)) && run->attributes.link == link.target)
     link.range.begin = run->range.begin;
@@ -117,8 +139,7 @@ void RichTextView::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const auto link = isEnter ? selectedLink() : std::nullopt;
   if (!link) return PlainTextView::keyPressEvent(event);
-  const auto open = open_;
-  open(link->target);
+  if (open_) open_(link->target);
 }
 
 void RichTextView::mousePressEvent(QMouseEvent* event) {
@@ -138,8 +159,7 @@ void RichTextView::mouseReleaseEvent(QMouseEvent* event) {
   const auto pressed = std::exchange(pressed_, std::nullopt);
   const auto released = linkUnder(event->position().toPoint());
   if (!pressed || !released || pressed->range != released->range || !selection().isEmpty()) return;
-  const auto open = open_;
-  open(pressed->target);
+  if (open_) open_(pressed->target);
 }
 
 bool RichTextView::event(QEvent* event) {

@@ -2,9 +2,11 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 #include "backends/qt/text/plain_text_view.h"
 #include "platform/appkit/attributed_string.h"
+#include "platform/appkit/color.h"
 
 namespace tarnix::qt {
 
@@ -19,10 +21,11 @@ class RichTextView : public PlainTextView {
   void setText(String text) override;
   // An equal text changes nothing.
   void setAttributedText(const NSAttributedString& text);
-  // What is called with a link that the user opens, and which links there are: others are shown as text.
-  void setLinks(std::function<void(const String&)> open, std::function<bool(const String&)> canOpen);
-  // On what the text lies, and whether colours that can't be read there are changed.
-  void setGround(const QColor& background, bool isAdaptive);
+  // What is called with a link that the user opens. Links that can't be opened are text like any other.
+  void setOpenLink(std::function<void(const String&)> open) { open_ = std::move(open); }
+  // On what a text with its own look lies, where it isn't the palette's, and whether colours that can't be
+  // read there are changed.
+  void setGround(std::optional<NSColor> background, bool isAdaptive);
 
   // What the character at `offset` leads to, and all of the characters around it that lead there.
   struct Link {
@@ -36,9 +39,11 @@ class RichTextView : public PlainTextView {
     TextRange range;
   };
   std::optional<Run> runAt(std::size_t offset) const;
+  std::pair<QString, TextRange> lookAt(std::size_t offset) const override;
 
  protected:
   LayoutStyle layoutStyle() const override;
+  void paintEvent(QPaintEvent* event) override;
   bool event(QEvent* event) override;
   bool viewportEvent(QEvent* event) override;
   bool focusNextPrevChild(bool isNext) override;
@@ -48,6 +53,7 @@ class RichTextView : public PlainTextView {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
+  QColor ground() const;
   std::optional<Link> linkUnder(QPoint point) const;
   std::optional<Link> nextLink(bool isNext) const;
   std::optional<Link> selectedLink() const;
@@ -55,8 +61,7 @@ class RichTextView : public PlainTextView {
 
   std::optional<NSAttributedString> attributed_;  // Absent for a plain text.
   std::function<void(const String&)> open_;
-  std::function<bool(const String&)> canOpen_;
-  QColor background_;
+  std::optional<NSColor> background_;
   bool isAdaptive_ = false;
   std::optional<Link> pressed_;
 };

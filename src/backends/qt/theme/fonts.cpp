@@ -58,9 +58,9 @@ double pixelsPerPoint() {
 QFont fontFor(const NSFont& font, const QFont& standard) {
   QFont result = standard;
   if (!font.familyName.empty()) {
-    QStringList families{toQString(font.familyName)};
-    if (isMonospaced(families.front())) families.append(QStringLiteral("monospace"));
-    result.setFamilies(families);
+    const QString family = toQString(font.familyName);
+    result.setFamilies({family});
+    if (isMonospaced(family)) result.setStyleHint(QFont::Monospace);
   }
   if (font.pointSize > 0) {
     const double points = std::clamp(font.pointSize, kLeastPoints, kMostPoints);

@@ -44,11 +44,16 @@ void TextEditor::setFont(const QFont& font) {
 }
 
 void TextEditor::keyPressEvent(QKeyEvent* event) {
+  const QString text = event->text();
   if (editByKey(*event)) return event->accept();
-  const bool isWriting =
-      !event->text().isEmpty() && (event->text().front().isPrint() || event->key() == Qt::Key_Tab ||
-                                   event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter);
-  isWriting ? QPlainTextEdit::keyPressEvent(event) : event->ignore();
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return write(QStringLiteral("\n"));
+  const bool isWriting = !text.isEmpty() && (text.front().isPrint() || text.front() == u'\t');
+  isWriting ? write(text) : event->ignore();
+}
+
+void TextEditor::write(const QString& text) {
+  textCursor().insertText(text);
+  ensureCursorVisible();
 }
 
 // What a key does to the text, by the platform's meaning of the key.

@@ -36,6 +36,7 @@ class TextEditor : public QPlainTextEdit {
   struct KeyAction;
   static std::span<const KeyAction> keyActions();
   bool editByKey(const QKeyEvent& event);
+  void write(const QString& text);
   void move(QTextCursor::MoveOperation operation, bool isSelecting);
   void movePage(QTextCursor::MoveOperation operation, bool isSelecting);
   void remove(QTextCursor::MoveOperation operation);
