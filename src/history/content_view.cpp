@@ -3,6 +3,7 @@
 #include <chrono>
 #include <utility>
 
+#include "detail/scrollable_text_view.h"
 #include "platform/appkit/application.h"
 #include "platform/platform.h"
 #include "platform/swiftui/elements.h"
@@ -38,11 +39,16 @@ View noPreview() {
   });
 }
 
+View plainText(const String& text) {
+  return ScrollableTextView{.text = Binding<String>::constant(text),
+                            .font = NSFont::controlContentFontOfSize(0)};
+}
+
 // What a clip says, as plain text: its text, else the place of its file.
 View clipText(const ClipboardItem& clip) {
   const bool isFile = clip.itemType == ClipboardItemType::fileItem;
-  const View content = clip.possibleText      ? TextView(*clip.possibleText)
-                       : clip.possibleFileUrl ? TextView(clip.possibleFileUrl->path())
+  const View content = clip.possibleText      ? plainText(*clip.possibleText)
+                       : clip.possibleFileUrl ? plainText(clip.possibleFileUrl->path())
                                               : noPreview();
   return VStack({content}).navigationTitle(isFile ? "File" : "Text");
 }

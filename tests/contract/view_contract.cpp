@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/appkit/scroll_view.h"
+#include "contract/text_host.h"
 
 namespace tarnix::test {
 namespace {
@@ -11,23 +11,6 @@ template <typename T>
 Binding<T> bindingTo(T& value) {
   return {[&value] { return value; }, [&value](T written) { value = std::move(written); }};
 }
-
-// Has a text view of the toolkit show a text.
-struct TextHost {
-  String text;
-  int* made;
-
-  std::shared_ptr<NSScrollView> makeNSView(const NSViewRepresentableContext<TextHost>&) const {
-    ++*made;
-    auto view = NSTextView::scrollableTextView();
-    view->documentView()->setEditable(false);
-    return view;
-  }
-  void updateNSView(NSScrollView& view, const NSViewRepresentableContext<TextHost>& context) const {
-    const std::size_t limit = context.environment.lineLimit.value_or(0);
-    view.documentView()->setString(limit > 0 ? String(text.str() + std::to_string(limit)) : text);
-  }
-};
 
 }  // namespace
 
@@ -140,7 +123,7 @@ TEST_P(ViewContract, aListShowsItsRowsAndWritesWhatIsPicked) {
     return NavigationView(List(bindingTo(selection), {section})
                               .listStyle(modifiers::ListStyle::sidebar)
                               .searchable(bindingTo(sought), modifiers::SearchFieldPlacement::sidebar),
-                          TextView(selection ? clips.at(*positionOf(*selection)).second : String("none")));
+                          TextHost{selection ? clips.at(*positionOf(*selection)).second : String("none")});
   });
   EXPECT_THAT(stage->rows(), ::testing::ElementsAre(Row{"new", "1", true}, Row{"old", "2", false}));
   EXPECT_TRUE(stage->pick(1));
@@ -208,7 +191,7 @@ TEST_P(ViewContract, theToolbarAndTheTitleAreThoseOfTheDetail) {
   String title("One");
   int presses = 0;
   stage->show([&] {
-    return NavigationView(Text("side"), VStack({TextView("body")}).navigationTitle(title))
+    return NavigationView(Text("side"), VStack({TextHost{"body"}}).navigationTitle(title))
         .navigationTitle("whole")
         .toolbar(
             {ToolbarItem(elements::ToolbarPlacement::navigation, Button([&] { ++presses; }, Text("Item")))});

@@ -251,7 +251,7 @@ TEST_F(ContentViewTest, theTreeIsTheOneThatTheWindowShows) {
           "          Button cancel\n"
           "            Text \"Cancel\"\n"
           "  VStack .navigationTitle(\"Text\")\n"
-          "    TextView \"a \\\"quoted\\\"\\nclip\"\n"
+          "    NSTextView \"a \\\"quoted\\\"\\nclip\"\n"
           "  ToolbarItem navigation\n"
           "    Button\n"
           "      Image \"sidebar.leading\"\n");

@@ -105,10 +105,8 @@ std::shared_ptr<NSTextView> Window::textView() const {
 }
 
 std::optional<String> Window::detailText() const {
-  if (const auto view = textView()) return view->string();
-  const Element* found = findKind<elements::TextView>(*graph_.tree());
-  if (found == nullptr) return std::nullopt;
-  return found->as<elements::TextView>()->text;
+  const auto view = textView();
+  return view ? std::optional(view->string()) : std::nullopt;
 }
 
 bool Window::shows(std::string_view text) const {

@@ -62,26 +62,33 @@ QFrame::Shape shapeOf(NSBorderType border) {
 template <typename Widget>
 class TextHostPresenter : public WidgetPresenter<Widget> {
  public:
-  TextHostPresenter(Rendering& rendering, std::shared_ptr<NSScrollView> scrollView)
-      : WidgetPresenter<Widget>(rendering),
-        scrollView_(std::move(scrollView)),
-        isForWriting_(isForWriting(text())) {
+  TextHostPresenter(Rendering& rendering, bool isForWriting)
+      : WidgetPresenter<Widget>(rendering), isForWriting_(isForWriting) {
     this->widget()->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    connectText(*this->widget(), scrollView_->documentView());
     mirror_.setSingleShot(true);
     QObject::connect(&mirror_, &QTimer::timeout, this->widget(), [this] { mirror(); });
-    scrollViewChanges_ = scrollView_->changes().sink([this](const Void&) { mirror_.start(0); });
-    textChanges_ = text().changes().sink([this](const Void&) { mirror_.start(0); });
   }
 
   QString ownName() const override { return QCoreApplication::translate("tarnix", "Text"); }
   bool canShow(const Element& element) const override {
-    return scrollViewOf(element) == scrollView_ && isForWriting(text()) == isForWriting_;
+    const auto scrollView = scrollViewOf(element);
+    return scrollView && scrollView->documentView() &&
+           isForWriting(*scrollView->documentView()) == isForWriting_;
   }
-  void show(const Element&) override { mirror(); }
+  void show(const Element& element) override {
+    if (auto scrollView = scrollViewOf(element); scrollView != scrollView_) follow(std::move(scrollView));
+    mirror();
+  }
 
  private:
-  const NSTextView& text() const { return *scrollView_->documentView(); }
+  // What changes is mirrored once for a turn.
+  void follow(std::shared_ptr<NSScrollView> scrollView) {
+    scrollView_ = std::move(scrollView);
+    const auto changed = [this](const Void&) { mirror_.start(0); };
+    scrollViewChanges_ = scrollView_->changes().sink(changed);
+    textChanges_ = scrollView_->documentView()->changes().sink(changed);
+    connectText(*this->widget(), scrollView_->documentView());
+  }
 
   void mirror() {
     mirror_.stop();
@@ -90,13 +97,13 @@ class TextHostPresenter : public WidgetPresenter<Widget> {
       widget.setFrameShape(shapeOf(scrollView_->borderType()));
     if (widget.viewport()->autoFillBackground() != scrollView_->drawsBackground())
       widget.viewport()->setAutoFillBackground(scrollView_->drawsBackground());
-    showGround(widget, text());
-    showText(widget, text());
+    showGround(widget, *scrollView_->documentView());
+    showText(widget, *scrollView_->documentView());
   }
 
-  std::shared_ptr<NSScrollView> scrollView_;
   bool isForWriting_;
-  QTimer mirror_;  // Gathers the changes of a turn.
+  std::shared_ptr<NSScrollView> scrollView_;
+  QTimer mirror_;
   AnyCancellable scrollViewChanges_;
   AnyCancellable textChanges_;
 };
@@ -105,11 +112,11 @@ class TextHostPresenter : public WidgetPresenter<Widget> {
 
 template <>
 std::unique_ptr<Presenter> presenterFor<elements::HostedView>(Rendering& rendering, const Element& element) {
-  auto scrollView = scrollViewOf(element);
+  const auto scrollView = scrollViewOf(element);
   if (!scrollView || !scrollView->documentView()) return nullptr;
   if (isForWriting(*scrollView->documentView()))
-    return std::make_unique<TextHostPresenter<TextEditor>>(rendering, std::move(scrollView));
-  return std::make_unique<TextHostPresenter<RichTextView>>(rendering, std::move(scrollView));
+    return std::make_unique<TextHostPresenter<TextEditor>>(rendering, true);
+  return std::make_unique<TextHostPresenter<RichTextView>>(rendering, false);
 }
 
 }  // namespace tarnix::qt
