@@ -294,6 +294,28 @@ TEST_F(RichTextViewTest, anEqualTextChangesNothingAndAnotherLookStartsAfresh) {
   EXPECT_FALSE(view.runAt(0)) << "plain, though its bytes are the same";
 }
 
+TEST_F(RichTextViewTest, aLimitOfRowsHidesTheRestOfPlainAndFormattedTexts) {
+  std::string lines;
+  for (int i = 0; i < 100; ++i) lines += "line " + std::to_string(i) + "\n";
+  Writer writer;
+  for (int i = 0; i < 50; ++i) writer.write("line " + std::to_string(i) + "\u2028line").end();
+  for (const bool isPlain : {true, false}) {
+    isPlain ? view.setText(lines) : view.setAttributedText(writer.take());
+    view.setRowLimit(3);
+    EXPECT_EQ(view.verticalScrollBar()->maximum(), 0);
+    const QRect third = view.caretRect(view.rowAround(14).begin);
+    const QRect below(0, third.bottom() + 2, view.width(), 200);
+    const QImage drawn = view.viewport()->grab(below).toImage();
+    QImage empty(drawn.size(), drawn.format());
+    empty.setDevicePixelRatio(drawn.devicePixelRatio());
+    empty.fill(view.palette().color(QPalette::Base));
+    EXPECT_EQ(drawn, empty) << "nothing is drawn below";
+    EXPECT_LE(view.offsetAt(QPoint(5, 390)), view.rowAround(14).end);
+    view.setRowLimit(0);
+    EXPECT_GT(view.verticalScrollBar()->maximum(), 0);
+  }
+}
+
 // What a turn costs must not grow with the document, nor with how it is made.
 TEST_F(RichTextViewTest, noTurnLaysOutMoreThanAFewScreensOfAHugeDocument) {
   const auto document = [](std::size_t wordsInParagraph, bool isTable) {

@@ -24,6 +24,7 @@ bool isForWriting(const NSTextView& text) { return text.isEditable() && text.tex
 
 void showText(RichTextView& widget, const NSTextView& text) {
   const NSTextStorage& storage = *text.textStorage();
+  widget.setRowLimit(text.textContainer()->maximumNumberOfLines());
   if (!storage.isPlain()) return widget.setAttributedText(storage.attributedString());
   const QFont font = fontFor(*storage.plainFont(), QGuiApplication::font());
   if (widget.font() != font) widget.setFont(font);

@@ -52,6 +52,9 @@ class PieceLayout {
   const TextPiece& piece() const { return piece_; }
   virtual int height() const = 0;
   virtual bool isRightToLeft() const = 0;
+  virtual std::size_t rowCount() const = 0;
+  // Where the row ends that follows `row` others.
+  virtual int rowBottom(std::size_t row) const = 0;
 
   // The place between two characters that is nearest to the point.
   virtual std::size_t offsetAt(QPointF point) const = 0;

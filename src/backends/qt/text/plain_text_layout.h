@@ -21,6 +21,8 @@ class PlainPieceLayout final : public PieceLayout {
 
   int height() const override { return rowTops_.back(); }
   bool isRightToLeft() const override;
+  std::size_t rowCount() const override { return rowTops_.size() - 1; }
+  int rowBottom(std::size_t row) const override { return rowTops_[row + 1]; }
   std::size_t offsetAt(QPointF point) const override;
   std::size_t characterAt(QPointF point) const override;
   QRect caretAt(std::size_t offset) const override;

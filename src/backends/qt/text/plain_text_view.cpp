@@ -68,6 +68,12 @@ void PlainTextView::setPieces(std::shared_ptr<const PieceSource> pieces, bool is
   if (isOtherText) announceText(*this);
 }
 
+void PlainTextView::setRowLimit(std::size_t rows) {
+  if (std::exchange(rowLimit_, rows) == rows) return;
+  flow_.setRowLimit(rows);
+  layOut();
+}
+
 LayoutStyle PlainTextView::layoutStyle() const {
   return {font(), std::max(kLeastWidth, viewport()->width() - 2 * kInsetX),
           palette().color(QPalette::PlaceholderText)};
@@ -219,7 +225,7 @@ void PlainTextView::resizeEvent(QResizeEvent*) { layOut(); }
 void PlainTextView::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   flow_.forEachVisible(top_, [&](const PieceLayout& layout, int y) {
-    const QRect area(0, y, viewport()->width(), layout.height());
+    const QRect area(0, y, viewport()->width(), flow_.shownHeight(layout));
     const QRect clip = area & event->rect();
     if (clip.isEmpty()) return;
     // Stacked marks reach beyond their row, but not into the next line.

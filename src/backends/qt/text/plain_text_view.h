@@ -24,6 +24,8 @@ class PlainTextView : public QAbstractScrollArea {
   // new ones in any case.
   virtual void setText(String text);
   const String& text() const { return flow_.text(); }
+  // Shows no more rows than these; 0, and more than `TextFlow::kMostLimitedRows`, is no limit.
+  void setRowLimit(std::size_t rows);
 
   TextRange selection() const { return selection_.range(); }
   // The end that moves with Shift and the arrow keys.
@@ -110,6 +112,7 @@ class PlainTextView : public QAbstractScrollArea {
   double wheelRest_ = 0;
   double unitsPerByte_ = 1;
   bool isAdjustingBar_ = false;
+  std::size_t rowLimit_ = 0;
   quint64 doubleClickTime_ = 0;
   QPoint doubleClickPoint_;
 };

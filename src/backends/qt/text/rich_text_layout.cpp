@@ -24,6 +24,28 @@ bool RichPieceLayout::isRightToLeft() const {
   return content_->document().firstBlock().textDirection() == Qt::RightToLeft;
 }
 
+std::size_t RichPieceLayout::rowCount() const {
+  std::size_t count = 0;
+  for (QTextBlock block = content_->document().begin(); block.isValid(); block = block.next())
+    count += static_cast<std::size_t>(block.layout()->lineCount());
+  return count;
+}
+
+int RichPieceLayout::rowBottom(std::size_t row) const {
+  std::size_t before = 0;
+  for (QTextBlock block = content_->document().begin(); block.isValid(); block = block.next()) {
+    const auto count = static_cast<std::size_t>(block.layout()->lineCount());
+    if (row >= before + count) {
+      before += count;
+      continue;
+    }
+    const QTextLine line = block.layout()->lineAt(static_cast<int>(row - before));
+    const Row found = rowOf(block.position() + line.textStart());
+    return qCeil(found.origin.y() + line.y() + line.height());
+  }
+  return height_;
+}
+
 RichPieceLayout::Row RichPieceLayout::rowOf(int position) const {
   const QTextBlock block = content_->document().findBlock(position);
   const QPointF origin = content_->document().documentLayout()->blockBoundingRect(block).topLeft();

@@ -14,6 +14,8 @@ class RichPieceLayout final : public PieceLayout {
 
   int height() const override { return height_; }
   bool isRightToLeft() const override;
+  std::size_t rowCount() const override;
+  int rowBottom(std::size_t row) const override;
   std::size_t offsetAt(QPointF point) const override;
   std::size_t characterAt(QPointF point) const override;
   QRect caretAt(std::size_t offset) const override;
