@@ -5,7 +5,7 @@
 declare -A tarnix_packages=(
   [build]="g++ cmake ninja-build ccache pkg-config
            qt6-base-dev qt6-svg-dev libgl-dev
-           libxcb1-dev libxcb-xfixes0-dev libxcb-res0-dev libxcb-randr0-dev libexpat1-dev nlohmann-json3-dev libicu-dev"
+           libxcb1-dev libxcb-xfixes0-dev libxcb-res0-dev libxcb-randr0-dev libexpat1-dev nlohmann-json3-dev libicu-dev libgumbo-dev"
   [run]="qt6-qpa-plugins libqt6svg6 hicolor-icon-theme fonts-dejavu-core"
   # A virtual screen, and programs of other makers that copy and paste on it.
   [desktop]="xvfb openbox xclip xsel xdotool xterm zenity x11-utils imagemagick

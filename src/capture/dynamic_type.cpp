@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/foundation/split.h"
 #include "platform/foundation/utf8.h"
 
 namespace tarnix {
@@ -44,19 +45,6 @@ std::string_view takeCharacter(std::string_view& text) {
   const auto character = text.substr(0, point.isWhole() ? point.length : 1);
   text.remove_prefix(character.size());
   return character;
-}
-
-// Empty pieces count.
-std::vector<std::string_view> split(std::string_view text, char separator) {
-  std::vector<std::string_view> pieces;
-  auto end = text.find(separator);
-  while (end != std::string_view::npos) {
-    pieces.push_back(text.substr(0, end));
-    text.remove_prefix(end + 1);
-    end = text.find(separator);
-  }
-  pieces.push_back(text);
-  return pieces;
 }
 
 String withoutCode(std::string_view text) {

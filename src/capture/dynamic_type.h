@@ -7,15 +7,13 @@
 
 #include "platform/appkit/pasteboard.h"
 #include "platform/foundation/string.h"
+#include "platform/foundation/ut_type.h"
 
 namespace tarnix {
 
 // A dynamic identifier is a type name made up on the spot for content that has no uniform type. Behind
 // "dyn.a" it holds, in base 32, tags such as "?0=6:4=Foo": what the type conforms to and the older names it
 // stands for.
-
-// The digits of the base-32 form, by value.
-inline constexpr std::string_view dynamicTagAlphabet = "abcdefghkmnpqrstuvwxyz0123456789";
 
 // From the short codes in tags to the names they stand for.
 const std::unordered_map<String, String>& dynamicTagTable();

@@ -57,7 +57,7 @@ std::optional<ContentsInfo> nextGeneration(const std::weak_ptr<NSPasteboard>& ob
 
 }  // namespace
 
-Publisher<ContentsInfo> NSPasteboard::contentsInfoPublisher(const std::shared_ptr<NSPasteboard>& pasteboard) {
+Publisher<ContentsInfo> contentsInfoPublisher(const std::shared_ptr<NSPasteboard>& pasteboard) {
   const std::weak_ptr<NSPasteboard> observed = pasteboard;
   const auto isFirstEvent = std::make_shared<bool>(true);
   return Timer::publish(200ms, {.tolerance = 100ms, .mode = RunLoop::Mode::common})

@@ -9,13 +9,14 @@
 
 namespace tarnix {
 
+// The poll of a pasteboard. It holds the pasteboard weakly and falls silent when that goes. What lies on the
+// pasteboard at the start gives a value only if it is marked with its source, and then during the
+// subscription.
+Publisher<NSPasteboard::ContentsInfo> contentsInfoPublisher(const std::shared_ptr<NSPasteboard>& pasteboard);
+
 // Watches a pasteboard for as long as it lives and tells its observers of each new generation of content. A
 // generation is seen at the first tick of the main run loop's 0.2 s poll after it; several between two ticks
 // count as one. Main thread only.
-//
-// `NSPasteboard::contentsInfoPublisher` is the poll by itself. It holds the pasteboard weakly and falls
-// silent when that goes. What lies on the pasteboard at the start gives a value only if it is marked with its
-// source, and then during the subscription.
 class NSPasteboard::Observable : public ObservableObject {
  public:
   explicit Observable(std::shared_ptr<NSPasteboard> pasteboard);

@@ -87,6 +87,25 @@ TEST_P(ViewContract, whatIsDisabledTakesNoInputHoweverDeepItStands) {
   EXPECT_TRUE(presses == 1 && isOn);
 }
 
+TEST_P(ViewContract, theKeyboardGoesThroughWhatTakesInputInReadingOrder) {
+  bool isDisabled = true;
+  bool isLastThere = true;
+  stage->show([&] {
+    const View toggle = Toggle("Active", {[] { return true; }, [](bool) {}});
+    std::vector<View> views{HStack({Button([] {}, Text("First")), toggle}),
+                            Button([] {}, Text("Second")).disabled(isDisabled)};
+    if (isLastThere) views.push_back(VStack({Text("no control"), Button([] {}, Text("Last"))}));
+    return VStack(views);
+  });
+  EXPECT_THAT(stage->focusOrder(), ::testing::ElementsAre("First", "Active", "Last"));
+  isDisabled = false;
+  stage->settle();
+  EXPECT_THAT(stage->focusOrder(), ::testing::ElementsAre("First", "Active", "Second", "Last"));
+  isLastThere = false;
+  stage->settle();
+  EXPECT_THAT(stage->focusOrder(), ::testing::ElementsAre("First", "Active", "Second"));
+}
+
 TEST_P(ViewContract, aNameGivenToAssistiveToolsGoesWhenItIsTakenAway) {
   bool isNamed = true;
   stage->show([&] {

@@ -38,6 +38,8 @@ class ViewStage {
   virtual bool press(const std::string& button) = 0;
   virtual bool flip(const std::string& toggle) = 0;
   virtual bool isOn(const std::string& toggle) = 0;
+  // The names of the buttons and toggles that the keyboard goes through, from the first on.
+  virtual std::vector<std::string> focusOrder() = 0;
   virtual bool search(const std::string& text) = 0;
   virtual bool pick(std::size_t row) = 0;
   virtual std::vector<Row> rows() = 0;

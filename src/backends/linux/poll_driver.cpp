@@ -15,9 +15,6 @@ using std::chrono::duration_cast;
 using std::chrono::nanoseconds;
 using std::chrono::seconds;
 
-// 2001-01-01 00:00 UTC in seconds since 1970.
-constexpr seconds kReferenceDate{978'307'200};
-
 timespec timespecOf(nanoseconds duration) {
   const seconds whole = duration_cast<seconds>(duration);
   return {.tv_sec = whole.count(), .tv_nsec = (duration - whole).count()};
@@ -43,7 +40,7 @@ RunLoop::Clock steadyClock() {
 }
 
 Date wallClockNow() {
-  const auto sinceReferenceDate = std::chrono::system_clock::now().time_since_epoch() - kReferenceDate;
+  const auto sinceReferenceDate = std::chrono::system_clock::now() - kReferenceDate;
   return Date{duration_cast<Date::Interval>(sinceReferenceDate)};
 }
 

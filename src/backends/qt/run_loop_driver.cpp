@@ -10,14 +10,6 @@
 namespace tarnix::qt {
 namespace {
 
-// A notifier may be dropped by what it calls.
-struct DeleteLater {
-  void operator()(QSocketNotifier* notifier) const {
-    notifier->setEnabled(false);
-    notifier->deleteLater();
-  }
-};
-
 // Rounded up, so that the timer never goes off before the time.
 std::chrono::milliseconds delayUntil(RunLoop::Instant due, RunLoop::Instant now) {
   using std::chrono::milliseconds;
@@ -28,6 +20,14 @@ std::chrono::milliseconds delayUntil(RunLoop::Instant due, RunLoop::Instant now)
 }  // namespace
 
 struct RunLoopDriver::Impl {
+  // A notifier may be dropped by what it calls.
+  struct DeleteLater {
+    void operator()(QSocketNotifier* notifier) const {
+      notifier->setEnabled(false);
+      notifier->deleteLater();
+    }
+  };
+
   explicit Impl(RunLoop& driven) : loop(driven) {
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer);

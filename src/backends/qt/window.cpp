@@ -13,12 +13,13 @@
 #include "backends/qt/tree/renderer.h"
 
 namespace tarnix::qt {
+
+class TopWidget : public QWidget {};
+
 namespace {
 
 constexpr QSize kDefaultSize(900, 600);
 constexpr QSize kMinimumSize(520, 340);
-
-class TopWidget : public QWidget {};
 
 // Assistive tools look for frames when they look for windows.
 QAccessibleInterface* makeFrameAccessible(const QString&, QObject* object) {

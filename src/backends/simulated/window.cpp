@@ -156,6 +156,16 @@ bool Window::isOn(std::string_view name) const {
   return found != nullptr && found->as<elements::Toggle>()->isOn.get();
 }
 
+std::vector<std::string> Window::focusOrder() const {
+  std::vector<std::string> names;
+  find(*graph_.tree(), [&](const Element& each) {
+    const bool isControl = each.as<elements::Button>() != nullptr || each.as<elements::Toggle>() != nullptr;
+    if (isControl && !each.isDisabled()) names.push_back(nameOf(each));
+    return false;
+  });
+  return names;
+}
+
 bool Window::search(const String& text) {
   const auto tree = graph_.tree();
   const Element* found = find(

@@ -48,6 +48,8 @@ class Window {
   bool press(std::string_view button);
   bool flip(std::string_view toggle);
   bool isOn(std::string_view toggle) const;
+  // The names of the controls that the keyboard goes through, in reading order.
+  std::vector<std::string> focusOrder() const;
   bool search(const String& text);
   bool pick(std::size_t position);
   // The dialog that is up: its title, absent when there is none, and the choice of a button.

@@ -5,7 +5,7 @@
 #include <utility>
 
 namespace tarnix {
-namespace {
+namespace attributed_string {
 
 // Hashing what differs most often is enough; equality tells the rest.
 struct Hash {
@@ -57,6 +57,10 @@ class Interned {
   std::unordered_map<Value, std::uint32_t, Hash> indices_;
 };
 
+}  // namespace attributed_string
+
+namespace {
+
 // The values that `ranges` use, in the order of their first use, so that equal texts are stored equally.
 template <typename Value, typename Range>
 std::vector<Value> keepUsed(const std::vector<Value>& values, std::vector<Range>& ranges,
@@ -98,8 +102,8 @@ struct AttributedStringBuilder::Tables {
   StringBuilder text;
   std::vector<NSAttributedString::Run> runs;
   std::vector<NSAttributedString::Paragraph> paragraphs;
-  Interned<TextAttributes> attributes;
-  Interned<ParagraphStyle> styles;
+  attributed_string::Interned<TextAttributes> attributes;
+  attributed_string::Interned<ParagraphStyle> styles;
 
   std::uint32_t size() const { return static_cast<std::uint32_t>(text.size()); }
 };

@@ -29,8 +29,6 @@ class NSPasteboard {
   struct ContentsInfo;
   class Observable;
   static const PasteboardType& sourceType();
-  // See `capture/pasteboard_observable.h`.
-  static Publisher<ContentsInfo> contentsInfoPublisher(const std::shared_ptr<NSPasteboard>& pasteboard);
 
   static std::shared_ptr<NSPasteboard> generalPasteboard();
   static std::shared_ptr<NSPasteboard> pasteboardWithName(Name name);

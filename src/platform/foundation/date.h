@@ -6,6 +6,9 @@
 
 namespace tarnix {
 
+inline constexpr std::chrono::sys_seconds kReferenceDate =
+    std::chrono::sys_days(std::chrono::year_month_day(std::chrono::year(2001) / 1 / 1));
+
 // A moment, counted in seconds from 2001-01-01 00:00 UTC.
 struct Date {
   using Interval = std::chrono::duration<double>;

@@ -3,6 +3,7 @@
 #include <compare>
 #include <functional>
 #include <optional>
+#include <string_view>
 
 #include "platform/foundation/string.h"
 
@@ -18,6 +19,10 @@ struct UTType {
 
   auto operator<=>(const UTType&) const = default;
 };
+
+// The digits, by value, of the base-32 form in which an identifier that is made up on the spot holds its
+// tags.
+inline constexpr std::string_view dynamicTagAlphabet = "abcdefghkmnpqrstuvwxyz0123456789";
 
 }  // namespace tarnix
 

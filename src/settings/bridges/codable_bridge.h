@@ -25,13 +25,12 @@ struct DefaultsCodableBridge_ {
   static std::optional<String> serialize(const std::optional<T>& value) {
     if (!value) return std::nullopt;
     const JSONEncoder encoder{JSONEncoder::OutputFormatting::sortedKeys};
-    const EncodingResult encoding = encoder.encode(*value);
-    if (const EncodingError* error = encoding.error()) {
-      internal::printEncodingFailure(error->description);
+    const auto encoding = encoder.encode(*value);
+    if (!encoding) {
+      internal::printEncodingFailure(encoding.error().description);
       return std::nullopt;
     }
-    return String(
-        std::string_view(reinterpret_cast<const char*>(encoding.data()->data()), encoding.data()->size()));
+    return String(std::string_view(reinterpret_cast<const char*>(encoding->data()), encoding->size()));
   }
 
   static std::optional<T> deserialize(const std::optional<String>& json) {

@@ -65,24 +65,33 @@ template <>
 struct Rank<0> {};
 using HighestRank = Rank<10>;
 
+template <typename T>
+concept IsCodableScalar = IsScalarObject<T> && IsCodable<T>;
+template <typename T>
+concept IsCodableRawRepresentable = IsCodable<T> && IsRawRepresentable<T>;
+template <typename T>
+concept PrefersRawRepresentable = IsCodableRawRepresentable<T> && prefersRawRepresentable<T>;
+template <typename T>
+concept IsCodableNSSecureCoding = IsCodable<T> && IsNSSecureCoding<T>;
+template <typename T>
+concept PrefersNSSecureCoding =
+    IsCodableNSSecureCoding<T> && std::derived_from<T, DefaultsPreferNSSecureCoding_>;
+
 // Numbers of every width, booleans, text, data and dates. `std::vector<std::uint8_t>` is data.
-template <typename T>
-requires IsScalarObject<T> && IsCodable<T> Bridged < TopLevelCodableBridge<T>,
-true > bridgedBy(Rank<10>);
+template <IsCodableScalar T>
+Bridged<TopLevelCodableBridge<T>, true> bridgedBy(Rank<10>);
 
-template <typename T>
-requires IsCodable<T> && IsRawRepresentable<T> && prefersRawRepresentable<T>
-    Bridged<RawRepresentableBridge<T>> bridgedBy(Rank<9>);
+template <PrefersRawRepresentable T>
+Bridged<RawRepresentableBridge<T>> bridgedBy(Rank<9>);
 
-template <typename T>
-requires IsCodable<T> && IsNSSecureCoding<T> && std::derived_from<T, DefaultsPreferNSSecureCoding_>
-    Bridged<NSSecureCodingBridge<T>> bridgedBy(Rank<8>);
+template <PrefersNSSecureCoding T>
+Bridged<NSSecureCodingBridge<T>> bridgedBy(Rank<8>);
 
-template <typename T>
-requires IsCodable<T> && IsRawRepresentable<T> Bridged<RawRepresentableCodableBridge<T>> bridgedBy(Rank<7>);
+template <IsCodableRawRepresentable T>
+Bridged<RawRepresentableCodableBridge<T>> bridgedBy(Rank<7>);
 
-template <typename T>
-requires IsCodable<T> && IsNSSecureCoding<T> Bridged<CodableNSSecureCodingBridge<T>> bridgedBy(Rank<6>);
+template <IsCodableNSSecureCoding T>
+Bridged<CodableNSSecureCodingBridge<T>> bridgedBy(Rank<6>);
 
 template <IsCodable T>
 Bridged<TopLevelCodableBridge<T>> bridgedBy(Rank<5>);
@@ -99,6 +108,11 @@ Bridged<CollectionBridge<T>> bridgedBy(Rank<2>);
 template <IsDefaultsSetAlgebra T>
 Bridged<SetAlgebraBridge<T>> bridgedBy(Rank<1>);
 
+template <typename T>
+concept HasBridge = requires {
+  bridgedBy<T>(HighestRank());
+};
+
 template <typename Key, typename Value>
 inline constexpr bool isNativeDictionary = false;
 template <IsText Key, typename Value>
@@ -106,8 +120,7 @@ inline constexpr bool isNativeDictionary<Key, Value> = isNativelySupported<Value
 
 }  // namespace internal
 
-template <typename T>
-requires requires { internal::bridgedBy<T>(internal::HighestRank()); }
+template <internal::HasBridge T>
 struct DefaultsSerializable_<T> : decltype(internal::bridgedBy<T>(internal::HighestRank())) {};
 
 template <IsDefaultsSerializable Wrapped>

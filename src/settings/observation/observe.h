@@ -38,12 +38,16 @@ struct KeyChange {
   }
 };
 
+template <typename Handler, typename T>
+concept IsKeyObserver = requires(Handler handler, const KeyChange<T>& change) {
+  handler(change);
+};
+
 // The observation runs for as long as it is held, or bound to an owner. `handler` runs on the thread that
 // writes, after the change; with `initial`, once during the call, too.
-template <typename T, typename Handler>
-requires std::invocable < Handler, const KeyChange<T>
-& > [[nodiscard]] std::shared_ptr<DefaultsObservation_> observe(const Key<T>& key, ObservationOptions options,
-                                                                Handler handler) {
+template <typename T, IsKeyObserver<T> Handler>
+[[nodiscard]] std::shared_ptr<DefaultsObservation_> observe(const Key<T>& key, ObservationOptions options,
+                                                            Handler handler) {
   const auto observation = std::make_shared<UserDefaultsKeyObservation>(
       key.suite(), key.name(),
       [key, handler](const BaseChange& change) { handler(KeyChange<T>::from(change, key)); });

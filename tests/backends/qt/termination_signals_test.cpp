@@ -11,15 +11,15 @@ TEST(TerminationSignals, areLeftAloneWithoutAPipe) {
   struct sigaction former {
   }, present{};
   sigaction(SIGTERM, nullptr, &former);
-  std::unique_ptr<TerminationSignals> signals;
+  std::unique_ptr<TerminationSignals> listener;
   {
     const test::DescriptorLimit limit;
-    signals = std::make_unique<TerminationSignals>([] {});
+    listener = std::make_unique<TerminationSignals>([] {});
   }
-  EXPECT_FALSE(signals->isListening());
+  EXPECT_FALSE(listener->isListening());
   sigaction(SIGTERM, nullptr, &present);
   EXPECT_EQ(present.sa_handler, former.sa_handler);
-  signals.reset();
+  listener.reset();
   EXPECT_TRUE(TerminationSignals([] {}).isListening());
 }
 

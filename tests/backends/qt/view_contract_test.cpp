@@ -51,6 +51,19 @@ class QtStage final : public test::ViewStage {
   bool isOn(const std::string& name) override {
     return hasToggle(name) && button(QAccessible::CheckBox, name)->isChecked();
   }
+  std::vector<std::string> focusOrder() override {
+    std::vector<std::string> names;
+    if (QWidget* const former = stage_.window().focusWidget()) former->clearFocus();
+    QTest::keyClick(&stage_.window(), Qt::Key_Tab);
+    const QWidget* const first = QApplication::focusWidget();
+    for (QWidget* each = QApplication::focusWidget(); each != nullptr;) {
+      names.push_back(nameOf(QAccessible::queryAccessibleInterface(each)).toStdString());
+      QTest::keyClick(each, Qt::Key_Tab);
+      each = QApplication::focusWidget();
+      if (each == first) break;
+    }
+    return names;
+  }
   bool search(const std::string& text) override {
     auto* const field = stage_.window().findChild<QLineEdit*>();
     if (field != nullptr) QTest::keyClicks(field, toQString(text));

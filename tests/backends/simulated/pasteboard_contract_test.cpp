@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class SimulatedStage final : public test::PasteboardStage {
+class SimulatedPasteboard final : public test::PasteboardStage {
  public:
   NSPasteboard& pasteboard() override { return desktop_.pasteboard(); }
   RunLoop& runLoop() override { return desktop_.runLoop(); }
@@ -42,7 +42,7 @@ class SimulatedStage final : public test::PasteboardStage {
 
 using test::PasteboardContract;
 INSTANTIATE_TEST_SUITE_P(Simulated, PasteboardContract,
-                         ::testing::Values([] { return std::make_unique<SimulatedStage>(); }));
+                         ::testing::Values([] { return std::make_unique<SimulatedPasteboard>(); }));
 
 }  // namespace
 }  // namespace tarnix::simulated

@@ -6,7 +6,7 @@
 namespace tarnix::simulated {
 namespace {
 
-class SimulatedStage final : public test::ViewStage {
+class SimulatedWindowStage final : public test::ViewStage {
  public:
   void show(std::function<View()> view) override {
     shown_.make = std::move(view);
@@ -23,6 +23,7 @@ class SimulatedStage final : public test::ViewStage {
   bool press(const std::string& button) override { return window_->press(button); }
   bool flip(const std::string& toggle) override { return window_->flip(toggle); }
   bool isOn(const std::string& toggle) override { return window_->isOn(toggle); }
+  std::vector<std::string> focusOrder() override { return window_->focusOrder(); }
   bool search(const std::string& text) override { return window_->search(text); }
   bool pick(std::size_t row) override { return window_->pick(row); }
   std::optional<std::string> dialog() override { return window_->dialog(); }
@@ -47,7 +48,7 @@ class SimulatedStage final : public test::ViewStage {
 
 using test::ViewContract;
 INSTANTIATE_TEST_SUITE_P(Simulated, ViewContract,
-                         ::testing::Values([] { return std::make_unique<SimulatedStage>(); }));
+                         ::testing::Values([] { return std::make_unique<SimulatedWindowStage>(); }));
 
 }  // namespace
 }  // namespace tarnix::simulated

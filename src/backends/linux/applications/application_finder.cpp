@@ -5,8 +5,10 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string_view>
 
 #include "backends/linux/applications/program_name.h"
+#include "platform/foundation/split.h"
 
 namespace tarnix::linux_desktop {
 namespace {
@@ -14,19 +16,12 @@ namespace {
 using Entry = DesktopEntries::Entry;
 using IdsOfUnit = std::vector<std::string> (*)(std::string_view);
 
-std::vector<std::string> split(std::string_view text, char separator) {
-  std::vector<std::string> parts;
-  for (std::size_t end = text.find(separator); end != std::string_view::npos; end = text.find(separator)) {
-    parts.emplace_back(text.substr(0, end));
-    text.remove_prefix(end + 1);
-  }
-  parts.emplace_back(text);
-  return parts;
-}
-
-std::string joined(std::span<const std::string> parts) {
+std::string joined(std::span<const std::string_view> parts) {
   std::string text;
-  for (const std::string& part : parts) text += text.empty() ? part : "-" + part;
+  for (const std::string_view part : parts) {
+    if (!text.empty()) text += '-';
+    text += part;
+  }
   return text;
 }
 
@@ -59,7 +54,7 @@ std::string lowered(std::string text) {
 }
 
 // The parts from each one to the last, as the text of an id.
-void appendTails(std::span<const std::string> parts, std::vector<std::string>& ids) {
+void appendTails(std::span<const std::string_view> parts, std::vector<std::string>& ids) {
   for (std::size_t first = 0; first < parts.size(); ++first) {
     ids.push_back(unescapedUnit(joined(parts.subspan(first))));
   }
@@ -75,7 +70,7 @@ Entry firstOf(DesktopEntries& entries, const std::vector<std::string>& ids) {
 // The innermost unit counts: those around it belong to whatever started the process's unit.
 Entry fromUnits(DesktopEntries& entries, const ProcessInfo& process, IdsOfUnit idsOfUnit) {
   for (const std::string& group : process.controlGroups) {
-    const std::vector<std::string> units = split(group, '/');
+    const auto units = split(group, '/');
     for (auto unit = units.rbegin(); unit != units.rend(); ++unit) {
       if (Entry entry = firstOf(entries, idsOfUnit(*unit))) return entry;
     }
@@ -180,7 +175,7 @@ std::vector<std::string> applicationIdsOfUnit(std::string_view unit) {
   if (!unit.starts_with("app-") && !unit.starts_with("dbus-")) return {};
   if (!isSlice && !isScope) unit = unit.substr(0, unit.rfind('@'));
   dropSuffix(unit, "-autostart");
-  const std::vector<std::string> parts = split(unit.substr(unit.find('-') + 1), '-');
+  const auto parts = split(unit.substr(unit.find('-') + 1), '-');
   std::vector<std::string> ids;
   if (isScope || isSlice) appendTails(std::span(parts).first(parts.size() - 1), ids);
   // A slice may do without the random part.
@@ -192,10 +187,10 @@ std::vector<std::string> applicationIdsOfSnap(std::string_view unit) {
   constexpr std::string_view kPrefix = "snap.";
   constexpr std::size_t kUUIDSize = 36;
   if (!unit.starts_with(kPrefix)) return {};
-  const std::vector<std::string> parts = split(unit.substr(kPrefix.size()), '.');
+  const auto parts = split(unit.substr(kPrefix.size()), '.');
   if (parts.size() < 2) return {};
   // The application may be followed by a hyphen and a random UUID.
-  std::vector<std::string> ids = {parts[0] + "_" + parts[1]};
+  std::vector<std::string> ids = {std::string(parts[0]) + "_" + std::string(parts[1])};
   if (parts[1].size() > kUUIDSize + 1) ids.push_back(ids[0].substr(0, ids[0].size() - kUUIDSize - 1));
   return ids;
 }

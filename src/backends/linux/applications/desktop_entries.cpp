@@ -76,7 +76,11 @@ std::vector<DesktopEntries::Entry> DesktopEntries::allIn(const Index& index, std
 
 bool DesktopEntries::readAhead(std::size_t count) {
   refresh();
-  for (; count > 0 && unread_ != slots_.end(); --count, ++unread_) read(unread_->first, unread_->second);
+  while (count > 0 && unread_ != slots_.end()) {
+    read(unread_->first, unread_->second);
+    ++unread_;
+    --count;
+  }
   return unread_ == slots_.end();
 }
 
@@ -91,8 +95,13 @@ void DesktopEntries::refresh() {
   watch_.clear();
   missing_.clear();
   Slots former = std::exchange(slots_, {});
-  for (const path& directory : directories_)
-    isThere(directory) ? scan(directory, "", 0) : missing_.push_back(directory);
+  for (const path& directory : directories_) {
+    if (isThere(directory)) {
+      scan(directory, "", 0);
+    } else {
+      missing_.push_back(directory);
+    }
+  }
   keepWhatIsUnchanged(former);
   unread_ = slots_.begin();
   isScanned_ = true;

@@ -4,6 +4,7 @@
 
 #include "backends/linux/files/key_file.h"
 #include "backends/linux/files/property_list_text.h"
+#include "platform/foundation/utf8.h"
 
 namespace tarnix::linux_desktop {
 namespace {
@@ -15,7 +16,7 @@ constexpr std::size_t kWordLimit = 64;
 String presentableName(std::string name) {
   if (name.size() > kNameLimit) {
     std::size_t end = kNameLimit;
-    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80) --end;
+    while (end > 0 && isUtf8Continuation(name[end])) --end;
     name.resize(end);
   }
   std::replace_if(

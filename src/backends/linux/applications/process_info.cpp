@@ -10,6 +10,7 @@
 
 #include "backends/linux/files/file_descriptor.h"
 #include "backends/linux/files/key_file.h"
+#include "platform/foundation/split.h"
 
 namespace tarnix::linux_desktop {
 namespace {
@@ -21,14 +22,11 @@ constexpr std::size_t kShortLimit = 4096;
 constexpr std::size_t kLongLimit = 256 * 1024;
 constexpr std::size_t kArgumentLimit = 64;
 
-std::vector<std::string_view> split(std::string_view text, char separator) {
-  std::vector<std::string_view> parts;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find(separator), text.size());
-    parts.push_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return parts;
+// Entries that each end with `terminator`.
+std::vector<std::string_view> entriesIn(std::string_view text, char terminator) {
+  auto entries = split(text, terminator);
+  if (entries.back().empty()) entries.pop_back();
+  return entries;
 }
 
 std::string readBeginning(const path& file, std::size_t limit) {
@@ -68,7 +66,7 @@ std::string executableOf(const path& process) {
 
 std::vector<std::string> argumentsOf(const path& process) {
   const std::string text = readBeginning(process / "cmdline", kLongLimit);
-  const auto parts = split(text, '\0');
+  const auto parts = entriesIn(text, '\0');
   return {parts.begin(), parts.begin() + static_cast<std::ptrdiff_t>(std::min(parts.size(), kArgumentLimit))};
 }
 
@@ -76,7 +74,7 @@ std::vector<std::string> argumentsOf(const path& process) {
 std::vector<std::string> controlGroupsOf(const path& process) {
   const std::string text = readBeginning(process / "cgroup", kLongLimit);
   std::vector<std::string> groups;
-  for (const std::string_view line : split(text, '\n')) {
+  for (const std::string_view line : entriesIn(text, '\n')) {
     const std::size_t first = line.find(':'), second = line.find(':', first + 1);
     if (first == std::string_view::npos || second == std::string_view::npos) continue;
     const std::string_view controllers = line.substr(first + 1, second - first - 1);
@@ -104,7 +102,7 @@ std::string sandboxApplicationOf(const path& process) {
 // itself.
 void takeEnvironment(const path& process, ProcessInfo& info) {
   const std::string text = readBeginning(process / "environ", kLongLimit);
-  const auto variables = split(text, '\0');
+  const auto variables = entriesIn(text, '\0');
   const auto valueOf = [&](std::string_view name) {
     for (const std::string_view variable : variables) {
       if (variable.starts_with(name)) return std::string(variable.substr(name.size()));

@@ -45,7 +45,7 @@ Dictionary withChanges(Dictionary dictionary, const Changes& changes) {
   return dictionary;
 }
 
-StorageResult<std::string> textOf(const Dictionary& dictionary) {
+StorageResult<std::string> xmlOf(const Dictionary& dictionary) {
   std::optional<std::string> xml = xmlPropertyList({dictionary});
   if (!xml) return StorageFailure{Kind::unrepresentable};
   if (xml->size() > kPropertyListSizeLimit) return StorageFailure{Kind::tooLarge};
@@ -156,8 +156,14 @@ std::vector<String> FileDefaultsStorage::takeForeignChanges() {
   const bool isDeaf = follower_ && follower_->isDeaf();
   if (isDeaf && !std::exchange(isDeafnessReported_, true)) report({Kind::unwatched});
   StorageResult<std::optional<std::string>> xml = readSharedFile(file_, kReadLimit);
-  if (!xml) return reportOnce(xml.failure()), std::vector<String>();
-  if (!understand(std::move(*xml))) return reportOnce({Kind::damaged}), std::vector<String>();
+  if (!xml) {
+    reportOnce(xml.error());
+    return {};
+  }
+  if (!understand(std::move(*xml))) {
+    reportOnce({Kind::damaged});
+    return {};
+  }
   if (unsaved_.empty()) lasting_.clear();
   if (!std::exchange(hasNews_, false)) return {};
   const Dictionary present = withChanges(withChanges(stored_, unfit_), unsaved_);
@@ -169,10 +175,10 @@ std::vector<String> FileDefaultsStorage::takeForeignChanges() {
 // A damaged file is looked at again under the lock, should another process have replaced it meanwhile.
 void FileDefaultsStorage::load() {
   StorageResult<std::optional<std::string>> xml = readSharedFile(file_, kReadLimit);
-  if (!xml) return reportOnce(xml.failure());
+  if (!xml) return reportOnce(xml.error());
   if (!understand(std::move(*xml))) {
     StorageResult<SharedFileTurn> turn = SharedFileTurn::begin(file_);
-    if (!turn) return reportOnce(turn.failure());
+    if (!turn) return reportOnce(turn.error());
     takeStored(*turn);
   }
   contents_ = stored_;
@@ -181,14 +187,14 @@ void FileDefaultsStorage::load() {
 
 void FileDefaultsStorage::save() {
   StorageResult<SharedFileTurn> turn = SharedFileTurn::begin(file_);
-  if (!turn) return reportOnce(turn.failure());
+  if (!turn) return reportOnce(turn.error());
   if (!takeStored(*turn)) return;
   Dictionary changed = withChanges(stored_, unsaved_);
-  StorageResult<std::string> xml = textOf(changed);
+  StorageResult<std::string> xml = xmlOf(changed);
   if (!xml) {
     setUnfitChangesApart();
     changed = withChanges(stored_, unsaved_);
-    xml = textOf(changed);
+    xml = xmlOf(changed);
   }
   if (xml && *xml != storedText_) {
     if (const auto failure = turn->replace(*xml)) return reportOnce(*failure);
@@ -203,9 +209,15 @@ void FileDefaultsStorage::save() {
 // False when the file must be left alone.
 bool FileDefaultsStorage::takeStored(const SharedFileTurn& turn) {
   StorageResult<std::optional<std::string>> xml = turn.read(kReadLimit);
-  if (!xml) return reportOnce(xml.failure()), false;
+  if (!xml) {
+    reportOnce(xml.error());
+    return false;
+  }
   if (understand(std::move(*xml))) return true;
-  if (const auto failure = turn.setAside()) return reportOnce(*failure), false;
+  if (const auto failure = turn.setAside()) {
+    reportOnce(*failure);
+    return false;
+  }
   reportOnce({Kind::damaged});
   understand(std::nullopt);
   for (const auto& [key, object] : contents_) {
@@ -232,11 +244,11 @@ void FileDefaultsStorage::setUnfitChangesApart() {
   for (auto each = unsaved_.begin(); each != unsaved_.end();) {
     Dictionary changed = all;
     apply(each->first, each->second, changed);
-    if (const auto xml = textOf(changed)) {
+    if (const auto xml = xmlOf(changed)) {
       all = std::move(changed);
       ++each;
     } else {
-      report(xml.failure());
+      report(xml.error());
       unfit_.insert(unsaved_.extract(each++));
     }
   }

@@ -21,7 +21,11 @@ void append(DirectoryWatch::Changes& changes, std::string_view events) {
     inotify_event event;
     events.copy(reinterpret_cast<char*>(&event), sizeof event);
     const std::string name = events.substr(sizeof event, event.len).data();
-    event.len > 0 ? void(changes.names.insert(name)) : void(changes.isIncomplete = true);
+    if (event.len > 0) {
+      changes.names.insert(name);
+    } else {
+      changes.isIncomplete = true;
+    }
     events.remove_prefix(sizeof event + event.len);
   }
 }

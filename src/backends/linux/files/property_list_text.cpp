@@ -11,6 +11,7 @@
 #include <limits>
 
 #include "platform/foundation/coding/base64.h"
+#include "platform/foundation/utf8.h"
 
 namespace tarnix::linux_desktop {
 namespace {
@@ -23,8 +24,6 @@ using std::chrono::sys_days;
 using std::chrono::sys_seconds;
 using std::chrono::year;
 using std::chrono::year_month_day;
-
-constexpr sys_seconds kReferenceDate = sys_days{year{2001} / 1 / 1};
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 bool isBlank(char character) {
@@ -75,24 +74,6 @@ int fieldOf(std::string_view text, std::size_t offset, std::size_t size) {
 bool matches(std::string_view text, std::string_view pattern) {
   return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
                     [](char a, char b) { return b == 'd' ? isDigit(a) : a == b; });
-}
-
-// Removes one well-formed sequence from the front and gives its code point; absent when there is none.
-std::optional<char32_t> takeCodePoint(std::string_view& text) {
-  static constexpr std::array<char32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
-  const auto lead = static_cast<unsigned char>(text.front());
-  const std::size_t size = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (size == 0 || lead > 0xF4 || text.size() < size) return std::nullopt;
-  char32_t point = size == 1 ? lead : lead & (0x7FU >> size);
-  for (std::size_t i = 1; i < size; ++i) {
-    const auto next = static_cast<unsigned char>(text[i]);
-    if ((next & 0xC0) != 0x80) return std::nullopt;
-    point = point << 6 | (next & 0x3FU);
-  }
-  text.remove_prefix(size);
-  const bool isSurrogate = point >= 0xD800 && point <= 0xDFFF;
-  if (point < kSmallest[size] || point > 0x10FFFF || isSurrogate) return std::nullopt;
-  return point;
 }
 
 bool isXMLCharacter(char32_t point) {
@@ -166,8 +147,9 @@ std::string textOf(const PropertyList::Data& data) { return base64Encoded(data).
 
 bool isXMLText(std::string_view text) {
   while (!text.empty()) {
-    const std::optional<char32_t> point = takeCodePoint(text);
-    if (!point || !isXMLCharacter(*point)) return false;
+    const CodePoint point = codePointAt(text);
+    if (!point.isWhole() || !isXMLCharacter(point.value)) return false;
+    text.remove_prefix(point.length);
   }
   return true;
 }

@@ -38,7 +38,11 @@ std::string escaped(std::string_view text) {
   std::string result;
   for (const char character : text) {
     const std::string_view escape = escapeOf(character);
-    escape.empty() ? result.push_back(character) : void(result.append(escape));
+    if (escape.empty()) {
+      result.push_back(character);
+    } else {
+      result.append(escape);
+    }
   }
   return result;
 }

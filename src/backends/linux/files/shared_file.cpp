@@ -110,18 +110,18 @@ bool synchronize(const FileDescriptor& file) {
 
 StorageResult<std::optional<std::string>> readSharedFile(const path& file, std::size_t limit) {
   StorageResult<path> target = linkTarget(file);
-  if (!target) return target.failure();
+  if (!target) return target.error();
   return readRegularFile(AT_FDCWD, target->string(), limit);
 }
 
 StorageResult<SharedFileTurn> SharedFileTurn::begin(const path& file) {
   StorageResult<path> target = linkTarget(file);
-  if (!target) return target.failure();
+  if (!target) return target.error();
   StorageResult<FileDescriptor> directory = openDirectory(target->parent_path());
-  if (!directory) return directory.failure();
+  if (!directory) return directory.error();
   if (const auto objection = objectionTo(*directory, S_IFDIR)) return *objection;
   StorageResult<FileDescriptor> lock = openLock(*directory, target->filename().string() + ".lock");
-  if (!lock) return lock.failure();
+  if (!lock) return lock.error();
   return SharedFileTurn(std::move(*directory), std::move(*lock), target->filename().string());
 }
 

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 
 #include "backends/linux/files/file_descriptor.h"
+#include "platform/foundation/result.h"
 
 namespace tarnix::linux_desktop {
 
@@ -32,19 +32,8 @@ struct StorageFailure {
   friend bool operator==(const StorageFailure&, const StorageFailure&) = default;
 };
 
-template <typename T>
-class [[nodiscard]] StorageResult {
- public:
-  StorageResult(T value) : outcome_(std::move(value)) {}
-  StorageResult(StorageFailure failure) : outcome_(failure) {}
-  explicit operator bool() const { return std::holds_alternative<T>(outcome_); }
-  T& operator*() { return std::get<T>(outcome_); }
-  T* operator->() { return &std::get<T>(outcome_); }
-  const StorageFailure& failure() const { return std::get<StorageFailure>(outcome_); }
-
- private:
-  std::variant<T, StorageFailure> outcome_;
-};
+template <typename Value>
+using StorageResult = Result<Value, StorageFailure>;
 
 // The contents of a file that several processes replace as a whole; absent when there is no file. Longer
 // files are cut behind `limit`. Symbolic links are followed. Neither waits for the lock nor makes anything.

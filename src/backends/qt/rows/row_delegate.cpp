@@ -10,8 +10,8 @@
 namespace tarnix::qt {
 namespace {
 
-constexpr double kRadius = 8;
-constexpr double kRingWidth = 1.5;
+constexpr double kRowRadius = 8;
+constexpr double kSelectedRingWidth = 1.5;
 constexpr double kRingInset = 2.25;
 constexpr double kPillStrength = 0.07;
 constexpr double kSelectedPillStrength = 0.22;
@@ -55,11 +55,11 @@ void paintGround(QPainter& painter, const QStyleOptionViewItem& option, const QR
   const auto group = isActive ? QPalette::Active : QPalette::Inactive;
   painter.setPen(Qt::NoPen);
   painter.setBrush(option.palette.color(group, QPalette::Highlight));
-  painter.drawRoundedRect(ground, kRadius, kRadius);
+  painter.drawRoundedRect(ground, kRowRadius, kRowRadius);
   if (!option.state.testFlag(QStyle::State_KeyboardFocusChange)) return;
-  painter.setPen(QPen(option.palette.color(group, QPalette::HighlightedText), kRingWidth));
+  painter.setPen(QPen(option.palette.color(group, QPalette::HighlightedText), kSelectedRingWidth));
   const QRectF ring = ground.adjusted(kRingInset, kRingInset, -kRingInset, -kRingInset);
-  painter.drawRoundedRect(ring, kRadius - kRingInset, kRadius - kRingInset);
+  painter.drawRoundedRect(ring, kRowRadius - kRingInset, kRowRadius - kRingInset);
 }
 
 void paintBadge(QPainter& painter, const RowLayout& layout, const RowColors& colors) {

@@ -10,10 +10,10 @@ namespace tarnix::qt {
 namespace {
 
 constexpr int kRowGap = 2;
-constexpr int kPadding = 7;
+constexpr int kRowPadding = 7;
 constexpr int kSideInset = 10;
 constexpr int kSymbolSide = 17;
-constexpr int kGap = 9;
+constexpr int kPartGap = 9;
 constexpr int kPillPadding = 7;
 constexpr double kPillFontScale = 0.84;
 constexpr double kLineHeight = 1.32;  // Of the font's size.
@@ -85,7 +85,7 @@ void RowLayout::placePill() {
   const double height = metrics.height() + 2;
   const double width =
       badge_.isEmpty() ? 0 : qMax(height + 4, metrics.horizontalAdvance(badge_) + 2 * kPillPadding);
-  const double top = ground_.top() + kPadding + (lineHeight(option_.font) - height) / 2;
+  const double top = ground_.top() + kRowPadding + (lineHeight(option_.font) - height) / 2;
   pill_ = {ground_.right() - kSideInset - width, top, width, height};
 }
 
@@ -93,16 +93,16 @@ void RowLayout::placeParts() {
   const auto texts =
       std::count_if(parts_.begin(), parts_.end(), [](const Part& part) { return part.isText(); });
   double left = ground_.left() + kSideInset;
-  double free = pill_.left() - (badge_.isEmpty() ? 0 : kGap) - left;
+  double free = pill_.left() - (badge_.isEmpty() ? 0 : kPartGap) - left;
   for (const Part& part : parts_) free -= part.side;
-  free -= kGap * std::max(0.0, static_cast<double>(parts_.size()) - 1);
+  free -= kPartGap * std::max(0.0, static_cast<double>(parts_.size()) - 1);
   for (Part& part : parts_) {
     const double width = part.isText() ? std::max(free, 0.0) / static_cast<double>(texts) : part.side;
     const int line = lineHeight(part.isText() ? part.font : option_.font);
-    const double top = ground_.top() + kPadding;
+    const double top = ground_.top() + kRowPadding;
     part.room = part.isText() ? QRectF(left, top, width, line)
                               : QRectF(left, top + (line - part.side) / 2.0, width, part.side);
-    left += width + kGap;
+    left += width + kPartGap;
   }
 }
 
@@ -122,7 +122,7 @@ int RowLayout::height() const {
     const int height = part.isText() ? textOf(part).lineCount() * lineHeight(part.font) : part.side;
     content = std::max(content, height);
   }
-  return content + 2 * kPadding + kRowGap;
+  return content + 2 * kRowPadding + kRowGap;
 }
 
 }  // namespace tarnix::qt

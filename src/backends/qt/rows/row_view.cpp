@@ -24,8 +24,6 @@ constexpr int kHeaderInset = 20;
 constexpr int kHeaderAbove = 6;
 constexpr int kHeaderBelow = 6;
 constexpr int kNoticeAbove = 24;
-constexpr double kRingInset = 4;
-constexpr double kRingRadius = 5;
 constexpr modifiers::Font kHeaderFont{.size = 11};
 
 QFont headerFont() {
@@ -232,14 +230,16 @@ void RowView::paintEvent(QPaintEvent* event) {
   for (const Placed& placed : placedLines()) {
     if (!placed.rect.intersects(event->rect())) continue;
     const ListModel::Line line = model_.lineAt(placed.line);
-    line.row ? paintRow(painter, placed.rect, *line.row) : paintHeader(painter, placed.rect, line.header);
+    if (line.row) {
+      paintRow(painter, placed.rect, *line.row);
+    } else {
+      paintHeader(painter, placed.rect, line.header);
+    }
   }
   paintNotice(painter);
   // Where no row is there to show the focus.
   if (!showsFocus(*this) || selectionModel()->hasSelection()) return;
-  paintFocusRing(painter,
-                 QRectF(viewport()->rect()).adjusted(kRingInset, kRingInset, -kRingInset, -kRingInset),
-                 kRingRadius);
+  paintFocusRingWithin(painter, viewport()->rect());
 }
 
 void RowView::paintNotice(QPainter& painter) const {

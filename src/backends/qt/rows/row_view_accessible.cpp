@@ -128,7 +128,7 @@ class RowViewAccessible : public QAccessibleWidget {
   mutable std::unordered_map<int, QAccessible::Id> rows_;
 };
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+QAccessibleInterface* makeRowsAccessible(const QString&, QObject* object) {
   auto* const view = dynamic_cast<RowView*>(object);
   return view == nullptr ? nullptr : new RowViewAccessible(*view);
 }
@@ -143,7 +143,7 @@ void announce(RowView& view, QAccessible::Event type, int row) {
 
 void installRowViewAccessibility() {
   [[maybe_unused]] static const bool isInstalled = [] {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeRowsAccessible);
     return true;
   }();
 }

@@ -9,7 +9,7 @@
 namespace tarnix::qt {
 namespace {
 
-constexpr int kWheelStep = 60;  // Points for a notch of the wheel.
+constexpr int kPointsOfNotch = 60;  // Points for a notch of the wheel.
 constexpr double kAngleOfNotch = 120;
 
 }  // namespace
@@ -78,7 +78,7 @@ void RowView::scrollContentsBy(int, int) {
 }
 
 void RowView::wheelEvent(QWheelEvent* event) {
-  const double turned = event->angleDelta().y() / kAngleOfNotch * kWheelStep;
+  const double turned = event->angleDelta().y() / kAngleOfNotch * kPointsOfNotch;
   const double points = event->hasPixelDelta() ? event->pixelDelta().y() : turned;
   wheelRest_ -= points;
   const int whole = static_cast<int>(wheelRest_);

@@ -13,7 +13,7 @@ namespace {
 // Enough to tell what the new text is about.
 constexpr std::size_t kAnnouncedBytes = 4096;
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+QAccessibleInterface* makeTextAccessible(const QString&, QObject* object) {
   auto* view = dynamic_cast<PlainTextView*>(object);
   return view == nullptr ? nullptr : new PlainTextAccessible(view);
 }
@@ -199,7 +199,7 @@ QString PlainTextAccessible::attributes(int offset, int* start, int* end) const 
   return look;
 }
 
-void installPlainTextAccessibility() { QAccessible::installFactory(makeAccessible); }
+void installPlainTextAccessibility() { QAccessible::installFactory(makeTextAccessible); }
 
 void announceText(PlainTextView& view) {
   if (!QAccessible::isActive()) return;

@@ -21,8 +21,6 @@ constexpr int kInsetX = 5 + 9;
 constexpr int kInsetY = 10 + 2;
 // A narrower view cuts the rows off instead of wrapping them to columns of a few letters.
 constexpr int kLeastWidth = 160;
-constexpr double kRingInset = 4;
-constexpr double kRingRadius = 5;
 constexpr std::size_t kComparedBytes = 16 * 1024 * 1024;
 // Keeps the values of the scroll bar, counted in parts of a byte, within an int.
 constexpr double kFinestUnitsPerByte = 1024;
@@ -234,9 +232,7 @@ void PlainTextView::paintEvent(QPaintEvent* event) {
   });
   if (!showsFocus(*this)) return;
   painter.setClipping(false);
-  paintFocusRing(painter,
-                 QRectF(viewport()->rect()).adjusted(kRingInset, kRingInset, -kRingInset, -kRingInset),
-                 kRingRadius);
+  paintFocusRingWithin(painter, viewport()->rect());
 }
 
 }  // namespace tarnix::qt

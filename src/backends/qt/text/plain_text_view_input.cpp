@@ -16,7 +16,7 @@ namespace tarnix::qt {
 namespace {
 
 constexpr int kAutoscrollInterval = 30;  // Milliseconds.
-constexpr double kWheelStep = 120;       // Eighths of a degree (QWheelEvent::angleDelta).
+constexpr double kWheelNotch = 120;      // Eighths of a degree (QWheelEvent::angleDelta).
 
 struct MotionKey {
   QKeySequence::StandardKey key;
@@ -55,7 +55,7 @@ bool PlainTextView::event(QEvent* event) {
 
 void PlainTextView::wheelEvent(QWheelEvent* event) {
   const double rowsPerStep = QApplication::wheelScrollLines();
-  const double turned = event->angleDelta().y() / kWheelStep * rowsPerStep * rowHeight(font());
+  const double turned = event->angleDelta().y() / kWheelNotch * rowsPerStep * rowHeight(font());
   wheelRest_ += event->pixelDelta().isNull() ? -turned : -event->pixelDelta().y();
   const int pixels = static_cast<int>(std::trunc(wheelRest_));
   wheelRest_ -= pixels;

@@ -29,4 +29,10 @@ void paintFocusRing(QPainter& painter, const QRectF& outline, double radius) {
   painter.restore();
 }
 
+void paintFocusRingWithin(QPainter& painter, const QRect& area) {
+  constexpr double kInset = 4;
+  constexpr double kRadius = 5;
+  paintFocusRing(painter, QRectF(area).adjusted(kInset, kInset, -kInset, -kInset), kRadius);
+}
+
 }  // namespace tarnix::qt

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kScrollBarExtent = 10;
 constexpr int kSmallestThumb = 28;
-constexpr double kRadius = 7;
+constexpr double kFrameRadius = 7;
 constexpr QSize kButtonRoom(16, 4);
 
 bool has(const QStyleOption& option, QStyle::StateFlag flag) { return option.state.testFlag(flag); }
@@ -51,7 +51,7 @@ void paintRounded(QPainter& painter, const QRect& rect, const QColor& fill, cons
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(line);
   painter.setBrush(fill);
-  painter.drawRoundedRect(QRectF(rect).adjusted(0.75, 0.75, -0.75, -0.75), kRadius, kRadius);
+  painter.drawRoundedRect(QRectF(rect).adjusted(0.75, 0.75, -0.75, -0.75), kFrameRadius, kFrameRadius);
   painter.restore();
 }
 
@@ -132,10 +132,18 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
     case SC_ScrollBarSlider:
       return thumb;
     case SC_ScrollBarSubPage:
-      isHorizontal ? rect.setRight(thumb.left() - 1) : rect.setBottom(thumb.top() - 1);
+      if (isHorizontal) {
+        rect.setRight(thumb.left() - 1);
+      } else {
+        rect.setBottom(thumb.top() - 1);
+      }
       return rect;
     case SC_ScrollBarAddPage:
-      isHorizontal ? rect.setLeft(thumb.right() + 1) : rect.setTop(thumb.bottom() + 1);
+      if (isHorizontal) {
+        rect.setLeft(thumb.right() + 1);
+      } else {
+        rect.setTop(thumb.bottom() + 1);
+      }
       return rect;
     default:
       return {};

@@ -4,15 +4,15 @@
 
 #include <algorithm>
 
+#include "platform/foundation/utf8.h"
+
 namespace tarnix::qt {
 namespace {
-
-bool isContinuationByte(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
 // Four bytes can stand for at most two units and at least one, so this many hold `kTitleLimit` units.
 std::string_view leadingBytes(std::string_view text) {
   std::size_t end = std::min(text.size(), static_cast<std::size_t>(kTitleLimit) * 4);
-  while (end > 0 && end < text.size() && isContinuationByte(text[end])) --end;
+  while (end > 0 && end < text.size() && isUtf8Continuation(text[end])) --end;
   return text.substr(0, end);
 }
 

@@ -91,7 +91,7 @@ class HandleAccessible : public QAccessibleWidget, public QAccessibleValueInterf
   NavigationSplit& split_;
 };
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+QAccessibleInterface* makeSplitAccessible(const QString&, QObject* object) {
   if (auto* const handle = dynamic_cast<LineHandle*>(object)) return new HandleAccessible(*handle);
   auto* const split = dynamic_cast<NavigationSplit*>(object);
   return split == nullptr ? nullptr : new QAccessibleWidget(split, QAccessible::Grouping);
@@ -99,7 +99,7 @@ QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
 
 void installSplitAccessibility() {
   [[maybe_unused]] static const bool isInstalled = [] {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeSplitAccessible);
     return true;
   }();
 }

@@ -22,7 +22,7 @@ namespace tarnix::qt {
 namespace {
 
 constexpr int kHeight = 30;
-constexpr int kSymbolSide = 14;
+constexpr int kLensSide = 14;
 constexpr int kInset = 9;
 constexpr int kClearSide = 13;
 
@@ -57,7 +57,7 @@ SearchField::SearchField(QWidget* parent) : QLineEdit(parent), clear_(new Symbol
 // The margins of a line edit stay on their sides when the desktop reads from the right, and what it shows
 // goes by the direction of the keyboard.
 void SearchField::placeText() {
-  constexpr int kLeading = kInset + kSymbolSide + 4;
+  constexpr int kLeading = kInset + kLensSide + 4;
   constexpr int kTrailing = kHeight - 2;
   const bool isMirrored = isRightToLeft();
   setTextMargins(isMirrored ? kTrailing : kLeading, 0, isMirrored ? kLeading : kTrailing, 0);
@@ -80,8 +80,8 @@ QSize SearchField::sizeHint() const {
 void SearchField::paintEvent(QPaintEvent* event) {
   QLineEdit::paintEvent(event);
   QPainter painter(this);
-  const int left = isRightToLeft() ? width() - kInset - kSymbolSide : kInset;
-  paintSymbol(painter, QRectF(left, (height() - kSymbolSide) / 2.0, kSymbolSide, kSymbolSide),
+  const int left = isRightToLeft() ? width() - kInset - kLensSide : kInset;
+  paintSymbol(painter, QRectF(left, (height() - kLensSide) / 2.0, kLensSide, kLensSide),
               QStringLiteral("magnifyingglass"), monochrome(palette().color(QPalette::PlaceholderText)));
 }
 

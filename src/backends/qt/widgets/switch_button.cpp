@@ -13,8 +13,7 @@ namespace {
 
 constexpr QSizeF kTrackSize(34, 20);
 constexpr double kKnobInset = 2;
-constexpr int kGap = 8;
-constexpr int kRingRoom = 3;
+constexpr int kTrackGap = 8;
 constexpr int kGlideMilliseconds = 120;
 
 }  // namespace
@@ -33,9 +32,9 @@ SwitchButton::SwitchButton(QWidget* parent)
 }
 
 QSize SwitchButton::sizeHint() const {
-  const int text = this->text().isEmpty() ? 0 : fontMetrics().horizontalAdvance(this->text()) + kGap;
+  const int text = this->text().isEmpty() ? 0 : fontMetrics().horizontalAdvance(this->text()) + kTrackGap;
   const int height = qMax(fontMetrics().height(), qRound(kTrackSize.height()));
-  return {text + qRound(kTrackSize.width()) + 2 * kRingRoom, height + 2 * kRingRoom};
+  return {text + qRound(kTrackSize.width()) + 2 * kFocusRingRoom, height + 2 * kFocusRingRoom};
 }
 
 void SwitchButton::glide(bool isOn) {
@@ -52,7 +51,8 @@ void SwitchButton::glide(bool isOn) {
 }
 
 QRectF SwitchButton::track() const {
-  const QRectF room = QRectF(rect()).adjusted(kRingRoom, kRingRoom, -kRingRoom, -kRingRoom);
+  const QRectF room =
+      QRectF(rect()).adjusted(kFocusRingRoom, kFocusRingRoom, -kFocusRingRoom, -kFocusRingRoom);
   const double left = isRightToLeft() ? room.left() : room.right() - kTrackSize.width();
   return {QPointF(left, room.center().y() - kTrackSize.height() / 2), kTrackSize};
 }
@@ -62,7 +62,8 @@ void SwitchButton::paintEvent(QPaintEvent*) {
   painter.setLayoutDirection(layoutDirection());
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(palette().color(QPalette::WindowText));
-  painter.drawText(rect().adjusted(kRingRoom, 0, -kRingRoom, 0), Qt::AlignVCenter | Qt::AlignLeading, text());
+  painter.drawText(rect().adjusted(kFocusRingRoom, 0, -kFocusRingRoom, 0),
+                   Qt::AlignVCenter | Qt::AlignLeading, text());
   paintTrack(painter);
   paintKnob(painter);
   if (showsFocus(*this)) paintFocusRing(painter, track(), kTrackSize.height() / 2);

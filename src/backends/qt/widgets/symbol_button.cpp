@@ -10,9 +10,8 @@ namespace tarnix::qt {
 namespace {
 
 constexpr int kPadding = 5;
-constexpr int kGap = 6;
-constexpr int kRingRoom = 3;
-constexpr double kRadius = 6;
+constexpr int kTitleGap = 6;
+constexpr double kGroundRadius = 6;
 constexpr double kHoverStrength = 0.07;
 constexpr double kPressedStrength = 0.14;
 
@@ -42,9 +41,9 @@ void SymbolButton::setTitle(const QString& title, bool isShown) {
 int SymbolButton::titleWidth() const { return isTitleShown_ ? fontMetrics().horizontalAdvance(text()) : 0; }
 
 QSize SymbolButton::sizeHint() const {
-  const int gap = side_ > 0 && titleWidth() > 0 ? kGap : 0;
+  const int gap = side_ > 0 && titleWidth() > 0 ? kTitleGap : 0;
   const int height = qMax(side_, isTitleShown_ ? fontMetrics().height() : 0);
-  const int around = 2 * (kPadding + kRingRoom);
+  const int around = 2 * (kPadding + kFocusRingRoom);
   return {side_ + gap + titleWidth() + around, height + around};
 }
 
@@ -54,7 +53,7 @@ void SymbolButton::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   paintGround(painter);
   const QColor color = palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole());
-  const QRect content = rect().adjusted(kPadding + kRingRoom, 0, -kPadding - kRingRoom, 0);
+  const QRect content = rect().adjusted(kPadding + kFocusRingRoom, 0, -kPadding - kFocusRingRoom, 0);
   const int left = isRightToLeft() ? content.right() + 1 - side_ : content.left();
   const QRect symbol(left, (height() - side_) / 2, side_, side_);
   paintDirected(painter, symbol, monochrome(color));
@@ -73,15 +72,16 @@ void SymbolButton::paintDirected(QPainter& painter, const QRect& place, const Sy
 }
 
 void SymbolButton::paintGround(QPainter& painter) const {
-  const QRectF ground = QRectF(rect()).adjusted(kRingRoom, kRingRoom, -kRingRoom, -kRingRoom);
+  const QRectF ground =
+      QRectF(rect()).adjusted(kFocusRingRoom, kFocusRingRoom, -kFocusRingRoom, -kFocusRingRoom);
   QColor fill = palette().color(QPalette::WindowText);
   fill.setAlphaF(static_cast<float>(isDown() || isChecked() ? kPressedStrength
                                     : underMouse()          ? kHoverStrength
                                                             : 0));
   painter.setPen(Qt::NoPen);
   painter.setBrush(fill);
-  painter.drawRoundedRect(ground, kRadius, kRadius);
-  if (showsFocus(*this)) paintFocusRing(painter, ground, kRadius);
+  painter.drawRoundedRect(ground, kGroundRadius, kGroundRadius);
+  if (showsFocus(*this)) paintFocusRing(painter, ground, kGroundRadius);
 }
 
 void SymbolButton::enterEvent(QEnterEvent* event) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "backends/x11/text/text_decoder.h"
+#include "platform/foundation/utf8.h"
 
 namespace tarnix::x11 {
 namespace {
@@ -24,8 +25,8 @@ std::size_t pieceLimit(const Connection& connection) {
 std::size_t Payload::size() const {
   const std::string_view bytes = text.view();
   if (!isLatin1) return bytes.size();
-  const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
-  return bytes.size() - static_cast<std::size_t>(std::count_if(bytes.begin(), bytes.end(), continues));
+  return bytes.size() -
+         static_cast<std::size_t>(std::count_if(bytes.begin(), bytes.end(), isUtf8Continuation));
 }
 
 std::string_view PayloadReader::next(std::size_t limit) {

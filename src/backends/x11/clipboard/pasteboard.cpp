@@ -184,7 +184,10 @@ void Pasteboard::fetch(bool isFirst) {
     finishRound();
   };
   snapshot_ = std::make_unique<Snapshot>(requestor_, names_, nextFetchTime_, limits_, take);
-  if (!survey_) return void(round_->isSurveyed = true);
+  if (!survey_) {
+    round_->isSurveyed = true;
+    return;
+  }
   survey_([this, weak = std::weak_ptr(round_)] {
     // A round that has ended meanwhile took this pasteboard's part with it, or the pasteboard itself.
     const auto round = weak.lock();

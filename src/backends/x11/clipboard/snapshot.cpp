@@ -16,7 +16,7 @@ using Outcome = Transfer::Outcome;
 constexpr RunLoop::Duration kSecretIdleLimit = 250ms;
 // As many as any program has been seen to offer, many times over.
 constexpr std::size_t kMostTargets = 65'536;
-constexpr std::size_t kMostNames = 256;
+constexpr std::size_t kMostUnknownNames = 256;
 constexpr std::size_t kHintLimit = 64;
 constexpr std::size_t kSourceLimit = 4096;
 constexpr std::size_t kFilesLimit = std::size_t{32} << 20;
@@ -66,7 +66,8 @@ void Snapshot::takeTargets(Outcome outcome) {
   if (outcome != Outcome::complete) return finishUnread();
   offered_ = atomList_->take();
   const bool isHinted = std::find(offered_.begin(), offered_.end(), atom(kHint)) != offered_.end();
-  isHinted ? askForSecret() : askForNames();
+  if (isHinted) return askForSecret();
+  askForNames();
 }
 
 // Programs that know nothing of TARGETS offer text, if anything, and have no mark for secrets.
@@ -87,7 +88,8 @@ void Snapshot::askForSecret() {
 void Snapshot::takeSecret(Outcome outcome) {
   const std::optional<String> hint = text_->take();
   const bool isPublic = outcome == Outcome::complete && hint && hint->view() == "public";
-  isPublic ? askForNames() : finishUnread();
+  if (isPublic) return askForNames();
+  finishUnread();
 }
 
 // Those that are known here have their names already, wherever in the list they are.
@@ -96,7 +98,7 @@ void Snapshot::askForNames() {
   std::size_t unknown = 0;
   for (const xcb_atom_t each : offered_) {
     const bool isKnown = !requestor_.connection().atoms().nameOf(each).empty();
-    if (isKnown || unknown++ < kMostNames) atoms.push_back(each);
+    if (isKnown || unknown++ < kMostUnknownNames) atoms.push_back(each);
   }
   names_.find(atoms, [this, atoms](const std::vector<String>& names) { takeNames(atoms, names); });
 }

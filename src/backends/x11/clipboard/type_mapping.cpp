@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <string>
 
-#include "backends/x11/text/text_decoder.h"
+#include "platform/foundation/ut_type.h"
+#include "platform/foundation/utf8.h"
 
 namespace tarnix::x11 {
 namespace {
@@ -26,7 +27,7 @@ struct KnownTarget {
 };
 
 const std::unordered_map<std::string_view, KnownTarget>& knownTargets() {
-  static const std::array kTargets{
+  static const std::array kKnownTargets{
       KnownTarget{"text/uri-list", types::fileURL, Rank::file},
       KnownTarget{"x-special/gnome-copied-files", types::fileURL, Rank::file},
       KnownTarget{"text/x-moz-url", types::url, Rank::link},
@@ -68,7 +69,7 @@ const std::unordered_map<std::string_view, KnownTarget>& knownTargets() {
   };
   static const auto kByName = [] {
     std::unordered_map<std::string_view, KnownTarget> byName;
-    for (const KnownTarget& known : kTargets) byName.emplace(known.target, known);
+    for (const KnownTarget& known : kKnownTargets) byName.emplace(known.target, known);
     return byName;
   }();
   return kByName;
@@ -95,13 +96,6 @@ std::size_t plainPrefix(std::string_view name) {
   return static_cast<std::size_t>(std::find_if(name.begin(), name.end(), needsEscape) - name.begin());
 }
 
-bool isUtf8(std::string_view name) {
-  TextDecoder decoder(TextEncoding::utf8);
-  decoder.append(name);
-  const std::optional<String> decoded = decoder.finish();
-  return decoded && decoded->view() == name;
-}
-
 void appendEscaped(std::string& text, char character) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   const auto byte = static_cast<unsigned char>(character);
@@ -110,7 +104,7 @@ void appendEscaped(std::string& text, char character) {
 
 std::string tagValue(std::string_view name) {
   std::string value;
-  const bool keepsHighBytes = isUtf8(name);
+  const bool keepsHighBytes = isValidUtf8(name);
   const bool isCode = name.size() == 1 && "0123456789ABCDEF"sv.find(name[0]) != std::string_view::npos;
   if (isCode) {
     appendEscaped(value, name[0]);
@@ -122,22 +116,25 @@ std::string tagValue(std::string_view name) {
     name.remove_prefix(plain);
     if (name.empty()) break;
     const bool isHigh = static_cast<unsigned char>(name[0]) >= 0x80;
-    isHigh&& keepsHighBytes ? void(value += name[0]) : appendEscaped(value, name[0]);
+    if (isHigh && keepsHighBytes) {
+      value += name[0];
+    } else {
+      appendEscaped(value, name[0]);
+    }
     name.remove_prefix(1);
   }
   return value;
 }
 
 std::string base32(std::string_view bytes) {
-  constexpr std::string_view kAlphabet = "abcdefghkmnpqrstuvwxyz0123456789";
   std::string text;
   std::uint32_t pending = 0;
   int bits = 0;
   for (const char character : bytes) {
     pending = pending << 8 | static_cast<unsigned char>(character);
-    for (bits += 8; bits >= 5; bits -= 5) text += kAlphabet[pending >> (bits - 5) & 31];
+    for (bits += 8; bits >= 5; bits -= 5) text += dynamicTagAlphabet[pending >> (bits - 5) & 31];
   }
-  if (bits > 0) text += kAlphabet[pending << (5 - bits) & 31];
+  if (bits > 0) text += dynamicTagAlphabet[pending << (5 - bits) & 31];
   return text;
 }
 

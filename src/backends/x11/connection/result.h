@@ -1,8 +1,8 @@
 #pragma once
 
 #include <string>
-#include <utility>
-#include <variant>
+
+#include "platform/foundation/result.h"
 
 namespace tarnix::x11 {
 
@@ -14,20 +14,7 @@ struct Error {
   std::string detail;
 };
 
-// A value, or why there is none.
 template <typename Value>
-class [[nodiscard]] Result {
- public:
-  Result(Value value) : outcome_(std::move(value)) {}
-  Result(Error error) : outcome_(std::move(error)) {}
-
-  explicit operator bool() const { return outcome_.index() == 0; }
-  Value& operator*() { return std::get<0>(outcome_); }
-  Value* operator->() { return &std::get<0>(outcome_); }
-  const Error& error() const { return std::get<1>(outcome_); }
-
- private:
-  std::variant<Value, Error> outcome_;
-};
+using Result = tarnix::Result<Value, Error>;
 
 }  // namespace tarnix::x11

@@ -7,7 +7,7 @@
 namespace tarnix::x11 {
 namespace {
 
-struct KnownTarget {
+struct NamedTarget {
   std::string_view name;
   TextTarget target;
 };
@@ -15,19 +15,19 @@ struct KnownTarget {
 // The first one is as it was copied: some toolkits turn the line ends of the second into those of the
 // network.
 constexpr std::array kTargets{
-    KnownTarget{"utf8_string", {0, TextEncoding::utf8}},
-    KnownTarget{"text/plain;charset=utf-8", {1, TextEncoding::utf8}},
-    KnownTarget{"text/plain;charset=utf8", {1, TextEncoding::utf8}},
-    KnownTarget{"text/plain", {2, TextEncoding::utf8OrLatin1}},
-    KnownTarget{"text", {3, TextEncoding::utf8OrLatin1}},
-    KnownTarget{"string", {4, TextEncoding::latin1}},
-    KnownTarget{"text/plain;charset=utf-16", {5, TextEncoding::utf16}},
-    KnownTarget{"text/plain;charset=utf-16le", {5, TextEncoding::utf16LittleEndian}},
-    KnownTarget{"text/plain;charset=utf-16be", {5, TextEncoding::utf16BigEndian}},
-    KnownTarget{"text/unicode", {6, TextEncoding::utf16}},
-    KnownTarget{"text/plain;charset=iso-8859-1", {7, TextEncoding::latin1}},
-    KnownTarget{"text/plain;charset=us-ascii", {7, TextEncoding::latin1}},
-    KnownTarget{"compound_text", {8, TextEncoding::compoundText}},
+    NamedTarget{"utf8_string", {0, TextEncoding::utf8}},
+    NamedTarget{"text/plain;charset=utf-8", {1, TextEncoding::utf8}},
+    NamedTarget{"text/plain;charset=utf8", {1, TextEncoding::utf8}},
+    NamedTarget{"text/plain", {2, TextEncoding::utf8OrLatin1}},
+    NamedTarget{"text", {3, TextEncoding::utf8OrLatin1}},
+    NamedTarget{"string", {4, TextEncoding::latin1}},
+    NamedTarget{"text/plain;charset=utf-16", {5, TextEncoding::utf16}},
+    NamedTarget{"text/plain;charset=utf-16le", {5, TextEncoding::utf16LittleEndian}},
+    NamedTarget{"text/plain;charset=utf-16be", {5, TextEncoding::utf16BigEndian}},
+    NamedTarget{"text/unicode", {6, TextEncoding::utf16}},
+    NamedTarget{"text/plain;charset=iso-8859-1", {7, TextEncoding::latin1}},
+    NamedTarget{"text/plain;charset=us-ascii", {7, TextEncoding::latin1}},
+    NamedTarget{"compound_text", {8, TextEncoding::compoundText}},
 };
 
 std::string normalized(std::string_view name) {

@@ -60,7 +60,10 @@ void WindowFetch::askWindowManager() {
   batch_.then([this] { chooseList(); });
 }
 
-void WindowFetch::chooseList() { isManaged_ ? askWindows(clientList_.items()) : askTopLevels(); }
+void WindowFetch::chooseList() {
+  if (isManaged_) return askWindows(clientList_.items());
+  askTopLevels();
+}
 
 void WindowFetch::askTopLevels() {
   const auto cookie = xcb_query_tree(connection_->xcb(), connection_->screen().root);

@@ -183,7 +183,7 @@ class Builder final : public nlohmann::json_sax<json> {
 
 }  // namespace
 
-EncodingResult JSONEncoder::write(const CodedValue& value) {
+Result<PropertyList::Data, EncodingError> JSONEncoder::write(const CodedValue& value) {
   Writer writer;
   if (!writer.write(value)) return EncodingError{writer.fault()};
   return PropertyList::Data(writer.text().begin(), writer.text().end());

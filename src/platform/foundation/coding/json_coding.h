@@ -4,10 +4,10 @@
 #include <optional>
 #include <span>
 #include <string_view>
-#include <variant>
 
 #include "platform/foundation/coding/coding.h"
 #include "platform/foundation/property_list.h"
+#include "platform/foundation/result.h"
 
 namespace tarnix {
 
@@ -15,20 +15,6 @@ namespace tarnix {
 // "x[2].name: the text is not UTF-8".
 struct EncodingError {
   String description;
-};
-
-class [[nodiscard]] EncodingResult {
- public:
-  EncodingResult(PropertyList::Data data) : outcome_(std::move(data)) {}
-  EncodingResult(EncodingError error) : outcome_(std::move(error)) {}
-
-  // The UTF-8 text; null when there is an error.
-  const PropertyList::Data* data() const { return std::get_if<PropertyList::Data>(&outcome_); }
-  const EncodingError* error() const { return std::get_if<EncodingError>(&outcome_); }
-  explicit operator bool() const { return data() != nullptr; }
-
- private:
-  std::variant<PropertyList::Data, EncodingError> outcome_;
 };
 
 // Writes values as JSON (RFC 8259), single values without an object or array around them as well. Not
@@ -41,13 +27,14 @@ class JSONEncoder {
   // asking for it makes sure of it.
   OutputFormatting outputFormatting = OutputFormatting::none;
 
+  // The UTF-8 text.
   template <Encodable T>
-  EncodingResult encode(const T& value) const {
+  Result<PropertyList::Data, EncodingError> encode(const T& value) const {
     return write(Codable<T>::encode(value));
   }
 
  private:
-  static EncodingResult write(const CodedValue& value);
+  static Result<PropertyList::Data, EncodingError> write(const CodedValue& value);
 };
 
 // Reads JSON that this or another program has written. Absent when the bytes are not one whole JSON text, are

@@ -28,7 +28,7 @@ struct Archive {
 std::optional<PropertyList::Data> archived(const String& className, const NSCoder& coder) {
   const auto result = JSONEncoder{JSONEncoder::OutputFormatting::sortedKeys}.encode(
       Archive{kFormat, kVersion, className, coder.values()});
-  return result ? std::optional(*result.data()) : std::nullopt;
+  return result ? std::optional(*result) : std::nullopt;
 }
 
 std::optional<NSCoder> unarchived(const String& className, const PropertyList::Data& data) {

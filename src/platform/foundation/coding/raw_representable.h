@@ -26,11 +26,14 @@ concept IsRawRepresentable = requires(const T& value,
   { RawRepresentable<T>::fromRawValue(rawValue) } -> std::same_as<std::optional<T>>;
 };
 
+// The type tells its raw value by members of its own.
 template <typename T>
-requires requires(const T& value, const typename T::RawValue& rawValue) {
+concept HasRawValue = requires(const T& value, const typename T::RawValue& rawValue) {
   { value.rawValue() } -> std::convertible_to<typename T::RawValue>;
   { T::fromRawValue(rawValue) } -> std::same_as<std::optional<T>>;
-}
+};
+
+template <HasRawValue T>
 struct RawRepresentable<T> {
   using RawValue = typename T::RawValue;
   static RawValue rawValue(const T& value) { return value.rawValue(); }

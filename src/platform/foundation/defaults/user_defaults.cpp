@@ -126,7 +126,11 @@ void NSUserDefaults::removeObserver(const NSObject& observer, const String& keyP
 // `write` changes the storage and gives the value stored from now on.
 template <typename Write>
 void NSUserDefaults::change(const String& key, Write write) {
-  isObserved_ ? changeObserved(key, write) : changeNow(key, write);
+  if (isObserved_) {
+    changeObserved(key, write);
+  } else {
+    changeNow(key, write);
+  }
 }
 
 // Observers may destroy the settings, and what the key came from.

@@ -7,7 +7,7 @@
 
 #include <array>
 
-#include "backends/x11/window_desktop.h"
+#include "backends/x11/windows/window_desktop.h"
 
 namespace tarnix::x11 {
 namespace {

@@ -31,7 +31,7 @@ std::string numberedLines(std::size_t count) {
 }
 
 // The unit as often as it takes to have at least so many bytes, and less than twice as many.
-std::string repeated(std::string_view unit, std::size_t bytes) {
+std::string filledWith(std::string_view unit, std::size_t bytes) {
   std::string text(unit);
   while (text.size() < bytes) text += text;
   return text;
@@ -168,7 +168,7 @@ TEST_F(PlainTextViewTest, shiftAndArrowsSelectByCharactersWordsAndRows) {
 
 TEST_F(PlainTextViewTest, everyRowOfALongLineIsReachedBothWaysByKeys) {
   const std::string source =
-      repeated("some words and averyveryveryverylongone ", 30000) + "\n" + repeated("x", 9000);
+      filledWith("some words and averyveryveryverylongone ", 30000) + "\n" + filledWith("x", 9000);
   view.setText(String(source));
   const auto walk = [&](int key) {
     std::vector<std::size_t> places;
@@ -263,7 +263,7 @@ TEST_F(PlainTextViewTest, keysLeadToEitherEndAndPagesOverlapByARow) {
 }
 
 TEST_F(PlainTextViewTest, theWheelPassesEveryRowOnItsWayToTheEndAndBack) {
-  view.setText(String(numberedLines(150) + "\n" + repeated("wrapped words ", 12000) + "\n"));
+  view.setText(String(numberedLines(150) + "\n" + filledWith("wrapped words ", 12000) + "\n"));
   QScrollBar& bar = *view.verticalScrollBar();
   while (bar.value() < bar.maximum()) {
     const TextRange above = view.visibleRange();
@@ -294,7 +294,7 @@ TEST_F(PlainTextViewTest, theBarIsThereOnlyWhenTheTextIsHigherThanTheView) {
 
 TEST_F(PlainTextViewTest, theRowAtTheTopStaysThereWhileTheWindowIsResized) {
   view.setText(
-      String(repeated("a paragraph of several words that wraps, and then some more of it\n", 60000)));
+      String(filledWith("a paragraph of several words that wraps, and then some more of it\n", 60000)));
   view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum() / 3);
   const std::size_t top = view.visibleRange().begin;
   for (const int width : {300, 250, 700, 350}) {
@@ -317,7 +317,7 @@ TEST_F(PlainTextViewTest, noTurnLaysOutMoreThanAFewScreensOfAHugeText) {
                                                        {"\r", 1'000},
                                                        {"\u0351", 400'000}};
   for (const auto& [unit, most] : cases) {
-    const String huge = repeated(unit, 20'000'000) + "the end";
+    const String huge = filledWith(unit, 20'000'000) + "the end";
     const auto size = static_cast<double>(huge.size());
     std::size_t before = view.laidOutBytes();
     const auto endTurn = [&, text = unit, limit = most] {
@@ -353,7 +353,7 @@ TEST_F(PlainTextViewTest, whatIsInSightIsLaidOutOnce) {
 }
 
 TEST_F(PlainTextViewTest, positionsOfAHugeTextAreCountedInSlicesOnceSomebodyAsks) {
-  const String huge = repeated("zählen\n", 20'000'000);
+  const String huge = filledWith("zählen\n", 20'000'000);
   view.setText(huge);
   QApplication::processEvents();
   const auto& timers = *QAbstractEventDispatcher::instance();

@@ -8,8 +8,8 @@
 #include <random>
 #include <thread>
 
-#include "backends/linux/file_size_limit.h"
 #include "backends/linux/files/defaults_file.h"
+#include "backends/linux/files/file_size_limit.h"
 #include "backends/linux/temporary_directory.h"
 
 namespace tarnix::linux_desktop {

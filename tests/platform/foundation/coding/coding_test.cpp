@@ -44,8 +44,8 @@ static_assert(!IsCodable<std::map<int, int>> && !IsCodable<char>);
 template <typename T>
 std::string jsonOf(const T& value) {
   const auto result = JSONEncoder().encode(value);
-  if (const auto* error = result.error()) return "error: " + error->description.str();
-  return {result.data()->begin(), result.data()->end()};
+  if (!result) return "error: " + result.error().description.str();
+  return {result->begin(), result->end()};
 }
 
 template <typename T>
@@ -131,7 +131,7 @@ TEST(JSONEncoder, writesKeysInOrder) {
   const JSONEncoder encoder{JSONEncoder::OutputFormatting::sortedKeys};
   const auto result = encoder.encode(std::unordered_map<String, int>{{"b", 1}, {"c", 2}, {"a", 3}, {"B", 4}});
   ASSERT_TRUE(result);
-  EXPECT_EQ(std::string(result.data()->begin(), result.data()->end()), R"({"B":4,"a":3,"b":1,"c":2})");
+  EXPECT_EQ(std::string(result->begin(), result->end()), R"({"B":4,"a":3,"b":1,"c":2})");
 }
 
 TEST(JSONDecoder, refusesWhatIsNotOneWholeJSONText) {

@@ -7,8 +7,8 @@
 #include <cmath>
 #include <thread>
 
-#include "backends/linux/file_size_limit.h"
 #include "backends/linux/files/defaults_file.h"
+#include "backends/linux/files/file_size_limit.h"
 #include "backends/linux/files/property_list_writer.h"
 #include "backends/linux/poll_driver.h"
 #include "backends/linux/temporary_directory.h"

@@ -1,4 +1,4 @@
-#include "backends/x11/window_desktop.h"
+#include "backends/x11/windows/window_desktop.h"
 
 #include <algorithm>
 #include <chrono>
