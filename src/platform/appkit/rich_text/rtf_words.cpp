@@ -1,0 +1,256 @@
+#include "platform/appkit/rich_text/rtf_words.h"
+
+#include <unordered_map>
+
+#include "platform/appkit/text_attributes.h"
+
+namespace tarnix {
+namespace {
+
+using Action = RtfAction;
+
+struct NamedWord {
+  std::string_view name;
+  RtfWord word;
+};
+
+std::int32_t of(LineStyle style) { return static_cast<std::int32_t>(style); }
+std::int32_t of(TextAlignment alignment) { return static_cast<std::int32_t>(alignment); }
+
+const NamedWord kCharacterWords[] = {
+    {"tab", {Action::character, '\t'}},
+    {"emdash", {Action::character, 0x2014}},
+    {"endash", {Action::character, 0x2013}},
+    {"emspace", {Action::character, 0x2003}},
+    {"enspace", {Action::character, 0x2002}},
+    {"qmspace", {Action::character, 0x2005}},
+    {"bullet", {Action::character, 0x2022}},
+    {"lquote", {Action::character, 0x2018}},
+    {"rquote", {Action::character, 0x2019}},
+    {"ldblquote", {Action::character, 0x201C}},
+    {"rdblquote", {Action::character, 0x201D}},
+    {"zwj", {Action::character, 0x200D}},
+    {"zwnj", {Action::character, 0x200C}},
+    {"zwbo", {Action::character, 0x200B}},
+    {"zwnbo", {Action::character, 0x2060}},
+    {"ltrmark", {Action::character, 0x200E}},
+    {"rtlmark", {Action::character, 0x200F}},
+    {"softline", {Action::lineBreak}},
+    {"par", {Action::paragraph}},
+    {"sect", {Action::paragraph}},
+    {"line", {Action::lineBreak}},
+    {"lbr", {Action::lineBreak}},
+    {"page", {Action::pageBreak}},
+    {"column", {Action::pageBreak}},
+    {"cell", {Action::cell}},
+    {"row", {Action::row}},
+    {"nestcell", {Action::nestedCell}},
+    {"nestrow", {Action::nestedRow}},
+    {"u", {Action::unicode}},
+    {"uc", {Action::unicodeFallback, 1}},
+};
+
+const NamedWord kLookWords[] = {
+    {"plain", {Action::plain}},
+    {"b", {Action::bold, 1}},
+    {"i", {Action::italic, 1}},
+    {"ul", {Action::underline, of(LineStyle::single)}},
+    {"ulw", {Action::underline, of(LineStyle::single)}},
+    {"uld", {Action::underline, of(LineStyle::dotted)}},
+    {"ulthd", {Action::underline, of(LineStyle::dotted)}},
+    {"uldash", {Action::underline, of(LineStyle::dashed)}},
+    {"uldashd", {Action::underline, of(LineStyle::dashed)}},
+    {"uldashdd", {Action::underline, of(LineStyle::dashed)}},
+    {"ulldash", {Action::underline, of(LineStyle::dashed)}},
+    {"ulthdash", {Action::underline, of(LineStyle::dashed)}},
+    {"ulthdashd", {Action::underline, of(LineStyle::dashed)}},
+    {"ulthdashdd", {Action::underline, of(LineStyle::dashed)}},
+    {"ulthldash", {Action::underline, of(LineStyle::dashed)}},
+    {"uldb", {Action::underline, of(LineStyle::twofold)}},
+    {"ulth", {Action::underline, of(LineStyle::thick)}},
+    {"ulwave", {Action::underline, of(LineStyle::wavy)}},
+    {"ulhwave", {Action::underline, of(LineStyle::wavy)}},
+    {"ululdbwave", {Action::underline, of(LineStyle::wavy)}},
+    {"ulnone", {Action::noUnderline}},
+    {"strike", {Action::strikethrough, 1}},
+    {"striked", {Action::doubleStrikethrough, 1}},
+    {"super", {Action::superscript, 1}},
+    {"sub", {Action::subscript, 1}},
+    {"up", {Action::raised, 6}},
+    {"dn", {Action::lowered, 6}},
+    {"nosupersub", {Action::noSuperscript}},
+    {"caps", {Action::allCapitals, 1}},
+    {"scaps", {Action::smallCapitals, 1}},
+    {"v", {Action::hidden, 1}},
+    {"deleted", {Action::deleted, 1}},
+    {"f", {Action::font}},
+    {"fs", {Action::fontSize, 24}},
+    {"cf", {Action::color}},
+    {"cb", {Action::background}},
+    {"chcbpat", {Action::background}},
+    {"highlight", {Action::background}},
+    {"cs", {Action::characterStyle}},
+    {"deff", {Action::defaultFont}},
+    {"ansicpg", {Action::ansiCodePage, 1252}},
+    {"mac", {Action::codePage, 10000}},
+    {"pc", {Action::codePage, 437}},
+    {"pca", {Action::codePage, 850}},
+    {"fcharset", {Action::fontCharset}},
+    {"cpg", {Action::fontCodePage}},
+    {"red", {Action::red}},
+    {"green", {Action::green}},
+    {"blue", {Action::blue}},
+};
+
+const NamedWord kParagraphWords[] = {
+    {"pard", {Action::paragraphDefault}},
+    {"ql", {Action::alignment, of(TextAlignment::left)}},
+    {"qc", {Action::alignment, of(TextAlignment::center)}},
+    {"qr", {Action::alignment, of(TextAlignment::right)}},
+    {"qj", {Action::alignment, of(TextAlignment::justified)}},
+    {"qd", {Action::alignment, of(TextAlignment::justified)}},
+    {"li", {Action::leftIndent}},
+    {"lin", {Action::leftIndent}},
+    {"ri", {Action::rightIndent}},
+    {"rin", {Action::rightIndent}},
+    {"fi", {Action::firstLineIndent}},
+    {"sb", {Action::spaceBefore}},
+    {"sa", {Action::spaceAfter}},
+    {"sl", {Action::lineSpacing}},
+    {"slmult", {Action::lineSpacingIsMultiple}},
+    {"tqr", {Action::tabAlignment, of(TextAlignment::right)}},
+    {"tqc", {Action::tabAlignment, of(TextAlignment::center)}},
+    {"tqdec", {Action::tabAlignment, of(TextAlignment::right)}},
+    {"tx", {Action::tab}},
+    {"ltrpar", {Action::leftToRight}},
+    {"rtlpar", {Action::rightToLeft}},
+    {"outlinelevel", {Action::outlineLevel}},
+    {"intbl", {Action::inTable}},
+    {"itap", {Action::tableDepth, 1}},
+    {"s", {Action::paragraphStyle}},
+    {"ls", {Action::list}},
+    {"ilvl", {Action::listLevel}},
+    {"trowd", {Action::rowDefinition}},
+    {"cellx", {Action::cellEdge}},
+    {"clmgf", {Action::mergeFirst}},
+    {"clmrg", {Action::mergeNext}},
+};
+
+const NamedWord kDestinationWords[] = {
+    {"fonttbl", {Action::fontTable}},
+    {"colortbl", {Action::colorTable}},
+    {"stylesheet", {Action::styleSheet}},
+    {"listtable", {Action::listTable}},
+    {"listoverridetable", {Action::listOverrideTable}},
+    {"list", {Action::listEntry}},
+    {"listlevel", {Action::listDefinitionLevel}},
+    {"levelnfc", {Action::listNumberFormat}},
+    {"levelnfcn", {Action::listNumberFormat}},
+    {"levelstartat", {Action::listStart}},
+    {"leveltext", {Action::listLevelText}},
+    {"listid", {Action::listIdentifier}},
+    {"listtext", {Action::listText}},
+    {"pntext", {Action::listText}},
+    {"field", {Action::field}},
+    {"fldinst", {Action::fieldInstruction}},
+    {"fldrslt", {Action::fieldResult}},
+    {"pict", {Action::picture}},
+    {"footnote", {Action::footnote}},
+    {"upr", {Action::unicodePair}},
+    {"ud", {Action::unicodeText}},
+    {"shppict", {Action::body}},
+    {"object", {Action::ignoreText}},
+    {"result", {Action::body}},
+    {"shp", {Action::ignoreText}},
+    {"shpinst", {Action::ignoreText}},
+    {"shptxt", {Action::body}},
+    {"do", {Action::ignoreText}},
+    {"dptxbxtext", {Action::body}},
+    {"shpgrp", {Action::ignoreText}},
+    {"nesttableprops", {Action::body}},
+    {"nonesttables", {Action::skip}},
+    {"nonshppict", {Action::skip}},
+    {"shprslt", {Action::skip}},
+    {"sp", {Action::skip}},
+    {"info", {Action::skip}},
+    {"header", {Action::skip}},
+    {"headerl", {Action::skip}},
+    {"headerr", {Action::skip}},
+    {"headerf", {Action::skip}},
+    {"footer", {Action::skip}},
+    {"footerl", {Action::skip}},
+    {"footerr", {Action::skip}},
+    {"footerf", {Action::skip}},
+    {"ftnsep", {Action::skip}},
+    {"ftnsepc", {Action::skip}},
+    {"ftncn", {Action::skip}},
+    {"aftnsep", {Action::skip}},
+    {"aftnsepc", {Action::skip}},
+    {"aftncn", {Action::skip}},
+    {"annotation", {Action::skip}},
+    {"atnid", {Action::skip}},
+    {"atnauthor", {Action::skip}},
+    {"bkmkstart", {Action::skip}},
+    {"bkmkend", {Action::skip}},
+    {"xe", {Action::skip}},
+    {"tc", {Action::skip}},
+    {"tcn", {Action::skip}},
+    {"rxe", {Action::skip}},
+    {"txe", {Action::skip}},
+    {"pn", {Action::skip}},
+    {"pnseclvl", {Action::skip}},
+    {"pntxta", {Action::skip}},
+    {"pntxtb", {Action::skip}},
+    {"listpicture", {Action::skip}},
+    {"listname", {Action::skip}},
+    {"levelnumbers", {Action::skip}},
+    {"falt", {Action::skip}},
+    {"fontemb", {Action::skip}},
+    {"fontfile", {Action::skip}},
+    {"panose", {Action::skip}},
+    {"fname", {Action::skip}},
+    {"revtbl", {Action::skip}},
+    {"filetbl", {Action::skip}},
+    {"template", {Action::skip}},
+    {"private", {Action::skip}},
+    {"formfield", {Action::skip}},
+    {"datafield", {Action::skip}},
+    {"objdata", {Action::skip}},
+    {"objclass", {Action::skip}},
+    {"objname", {Action::skip}},
+    {"objalias", {Action::skip}},
+    {"objsect", {Action::skip}},
+    {"background", {Action::skip}},
+    {"generator", {Action::skip}},
+    {"rsidtbl", {Action::skip}},
+    {"xmlnstbl", {Action::skip}},
+    {"mmathPr", {Action::skip}},
+    {"themedata", {Action::skip}},
+    {"colorschememapping", {Action::skip}},
+    {"latentstyles", {Action::skip}},
+    {"datastore", {Action::skip}},
+    {"userprops", {Action::skip}},
+    {"keycode", {Action::skip}},
+    {"ftnalt", {Action::skip}},
+    {"pgptbl", {Action::skip}},
+};
+
+}  // namespace
+
+const RtfWord* rtfWordNamed(std::string_view name) {
+  static const auto kWords = [] {
+    std::unordered_map<std::string_view, RtfWord> words;
+    const auto addAll = [&words](const auto& table) {
+      for (const NamedWord& each : table) words.emplace(each.name, each.word);
+    };
+    addAll(kCharacterWords);
+    addAll(kLookWords);
+    addAll(kParagraphWords);
+    addAll(kDestinationWords);
+    return words;
+  }();
+  const auto found = kWords.find(name);
+  return found == kWords.end() ? nullptr : &found->second;
+}
+
+}  // namespace tarnix
