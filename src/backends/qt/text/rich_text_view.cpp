@@ -26,6 +26,8 @@ void RichTextView::setText(String text) {
 void RichTextView::setAttributedText(const NSAttributedString& text) {
   if (attributed_ == text) return;
   attributed_ = text;
+  isLink_.clear();
+  for (const TextAttributes& each : text.attributes()) isLink_.push_back(NSTextView::canOpenLink(each.link));
   setPieces(std::make_shared<RichPieces>(text), true);
 }
 
@@ -52,13 +54,22 @@ void RichTextView::paintEvent(QPaintEvent* event) {
   PlainTextView::paintEvent(event);
 }
 
-std::optional<RichTextView::Run> RichTextView::runAt(std::size_t offset) const {
-  if (!attributed_) return std::nullopt;
+// The number of the run that holds the byte at `offset`; how many there are for the end.
+std::size_t RichTextView::runIndexAt(std::size_t offset) const {
   const auto runs = attributed_->runs();
   const auto run = std::ranges::upper_bound(runs, offset, {}, &NSAttributedString::Run::end);
-  if (run == runs.end()) return std::nullopt;
-  const std::size_t begin = run == runs.begin() ? 0 : std::prev(run)->end;
-  return Run{attributed_->attributesOf(*run), {begin, run->end}};
+  return static_cast<std::size_t>(run - runs.begin());
+}
+
+TextRange RichTextView::rangeOfRuns(std::size_t first, std::size_t last) const {
+  const auto runs = attributed_->runs();
+  return {first == 0 ? 0 : runs[first - 1].end, runs[last].end};
+}
+
+std::optional<RichTextView::Run> RichTextView::runAt(std::size_t offset) const {
+  const std::size_t index = attributed_ ? runIndexAt(offset) : 0;
+  if (!attributed_ || index == attributed_->runs().size()) return std::nullopt;
+  return Run{attributed_->attributesOf(attributed_->runs()[index]), rangeOfRuns(index, index)};
 }
 
 // By the names of IAccessible2's text attributes.
@@ -80,15 +91,24 @@ std::pair<QString, TextRange> RichTextView::lookAt(std::size_t offset) const {
   return {told, run->range};
 }
 
+bool RichTextView::isLink(std::size_t run) const { return isLink_[attributed_->runs()[run].attributes]; }
+
+RichTextView::Link RichTextView::linkOf(std::size_t run) const {
+  const auto targetOf = [this](std::size_t each) -> const String& {
+    return attributed_->attributesOf(attributed_->runs()[each]).link;
+  };
+  const String& target = targetOf(run);
+  std::size_t first = run;
+  while (first > 0 && targetOf(first - 1) == target) --first;
+  std::size_t last = run;
+  while (last + 1 < attributed_->runs().size() && targetOf(last + 1) == target) ++last;
+  return {target, rangeOfRuns(first, last)};
+}
+
 std::optional<RichTextView::Link> RichTextView::linkAt(std::size_t offset) const {
-  auto run = runAt(offset);
-  if (!run || !NSTextView::canOpenLink(run->attributes.link)) return std::nullopt;
-  Link link{run->attributes.link, run->range};
-  while (link.range.begin > 0 && (run = runAt(link.range.begin - 1)) && run->attributes.link == link.target)
-    link.range.begin = run->range.begin;
-  while ((run = runAt(link.range.end)) && run->attributes.link == link.target)
-    link.range.end = run->range.end;
-  return link;
+  const std::size_t run = attributed_ ? runIndexAt(offset) : 0;
+  if (!attributed_ || run == attributed_->runs().size() || !isLink(run)) return std::nullopt;
+  return linkOf(run);
 }
 
 std::optional<RichTextView::Link> RichTextView::linkUnder(QPoint point) const {
@@ -103,12 +123,14 @@ std::optional<RichTextView::Link> RichTextView::linkUnder(QPoint point) const {
 // From the selection on, so that one goes on where one is.
 std::optional<RichTextView::Link> RichTextView::nextLink(bool isNext) const {
   if (!attributed_) return std::nullopt;
-  std::size_t offset = isNext ? selection().end : selection().begin;
-  while (isNext ? offset < text().size() : offset > 0) {
-    const auto run = runAt(isNext ? offset : offset - 1);
-    if (!run) return std::nullopt;
-    if (auto link = linkAt(run->range.begin)) return link;
-    offset = isNext ? run->range.end : run->range.begin;
+  if (isNext) {
+    for (std::size_t run = runIndexAt(selection().end); run < attributed_->runs().size(); ++run) {
+      if (isLink(run)) return linkOf(run);
+    }
+  } else if (selection().begin > 0) {
+    for (std::size_t behind = runIndexAt(selection().begin - 1) + 1; behind > 0; --behind) {
+      if (isLink(behind - 1)) return linkOf(behind - 1);
+    }
   }
   return std::nullopt;
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "backends/qt/text/plain_text_view.h"
 #include "platform/appkit/attributed_string.h"
@@ -54,12 +55,17 @@ class RichTextView : public PlainTextView {
 
  private:
   QColor ground() const;
+  std::size_t runIndexAt(std::size_t offset) const;
+  TextRange rangeOfRuns(std::size_t first, std::size_t last) const;
+  bool isLink(std::size_t run) const;
+  Link linkOf(std::size_t run) const;
   std::optional<Link> linkUnder(QPoint point) const;
   std::optional<Link> nextLink(bool isNext) const;
   std::optional<Link> selectedLink() const;
   void tell(const std::optional<Link>& link);
 
   std::optional<NSAttributedString> attributed_;  // Absent for a plain text.
+  std::vector<bool> isLink_;                      // For each of its attributes.
   std::function<void(const String&)> open_;
   std::optional<NSColor> background_;
   bool isAdaptive_ = false;

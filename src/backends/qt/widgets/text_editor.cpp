@@ -28,15 +28,17 @@ TextEditor::TextEditor(QWidget* parent) : QPlainTextEdit(parent) {
   setTabChangesFocus(false);
   document()->setDocumentMargin(kMargin);
   connect(this, &QPlainTextEdit::textChanged, this, [this] {
-    if (!isSetting_ && edited_) edited_(fromQString(toPlainText()));
+    if (isSetting_) return;
+    shown_ = fromQString(toPlainText());
+    if (edited_) edited_(shown_);
   });
 }
 
 void TextEditor::setText(const String& text) {
-  const QString wanted = toQString(text);
-  if (wanted == toPlainText()) return;
+  if (text == shown_) return;
+  shown_ = text;
   const QScopedValueRollback<bool> guard(isSetting_, true);
-  setPlainText(wanted);
+  setPlainText(toQString(text));
 }
 
 void TextEditor::setFont(const QFont& font) {

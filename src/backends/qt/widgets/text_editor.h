@@ -46,6 +46,7 @@ class TextEditor : public QPlainTextEdit {
   void pasteWhenSettled();
 
   std::function<void(const String&)> edited_;
+  String shown_;
   bool isSetting_ = false;
   std::optional<QTextCursor> pastePlace_;  // Moves with what is written before it.
   AnyCancellable awaitedPaste_;
