@@ -2,15 +2,12 @@
 
 #include "platform/appkit/rich_text/html_reader.h"
 #include "platform/appkit/rich_text/html_writer.h"
+#include "platform/appkit/rich_text/plain_text.h"
 #include "platform/appkit/rich_text/rtf_reader.h"
 #include "platform/appkit/rich_text/rtf_writer.h"
-#include "platform/foundation/utf8.h"
 
 namespace tarnix {
 namespace {
-
-constexpr char32_t kLineSeparator = 0x2028;
-constexpr char32_t kAttachment = 0xFFFC;
 
 bool isBlank(const NSAttributedString& text) {
   return plainTextOf(text).view().find_first_not_of(" \t\n") == std::string_view::npos;
@@ -27,23 +24,6 @@ std::optional<RichTextForms> formsOfRtf(const String& rtf) {
   const auto text = attributedStringFromRtf(rtf);
   if (!text) return std::nullopt;
   return RichTextForms{htmlFrom(*text), plainTextOf(*text)};
-}
-
-String plainTextOf(const NSAttributedString& text) {
-  StringBuilder plain;
-  std::string_view rest = text.string();
-  while (!rest.empty()) {
-    const std::size_t simple = rest.find_first_of("\f\xE2\xEF");
-    plain.append(rest.substr(0, simple));
-    if (simple == std::string_view::npos) break;
-    rest.remove_prefix(simple);
-    const CodePoint point = codePointAt(rest);
-    const bool isBreak = point.value == '\f' || point.value == kLineSeparator;
-    if (isBreak) plain.append("\n");
-    if (!isBreak && point.value != kAttachment) plain.append(rest.substr(0, point.length));
-    rest.remove_prefix(point.length);
-  }
-  return plain.take();
 }
 
 }  // namespace tarnix

@@ -3,7 +3,6 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/appkit/attributed_string.h"
 #include "platform/foundation/string.h"
 
 // What a pasteboard makes of one form of a formatted text when another is asked for. All of them may take
@@ -19,8 +18,5 @@ struct RichTextForms {
   String plainText;
 };
 std::optional<RichTextForms> formsOfRtf(const String& rtf);
-
-// Line feeds for all kinds of breaks, and nothing for pictures.
-String plainTextOf(const NSAttributedString& text);
 
 }  // namespace tarnix

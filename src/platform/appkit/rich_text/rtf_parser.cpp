@@ -169,7 +169,10 @@ void RtfReader::Parser::endInstruction() {
   group_.fieldLink = static_cast<std::uint32_t>(links_.size());
 }
 
-void RtfReader::Parser::beginFootnote() {
+// The body of a note stands at its place in brackets; one that may be left out has only its mark, as in the
+// plain text of the programs that write it so.
+void RtfReader::Parser::beginFootnote(bool isOptional) {
+  if (isOptional) return enterDestination(Destination::skip);
   if (group_.destination != Destination::body) return;
   emit("[");
   group_.isFootnote = true;
@@ -182,6 +185,14 @@ void RtfReader::Parser::endFootnote(const Group&) {
   emit("]");
 }
 
+void RtfReader::Parser::addNoteMark() {
+  if (group_.isInFootnote) return;
+  constexpr std::size_t kAhead = 48;
+  const std::string_view ahead = tokens_.upcoming(kAhead);
+  const bool isEndnote = ahead.find("\\ftnalt") != std::string_view::npos;
+  emit(isEndnote ? rtfNumeral(++endnotes_, 2) : rtfNumeral(++footnotes_, 0));
+}
+
 bool RtfReader::Parser::isFallback() {
   if (fallback_ == 0) return false;
   --fallback_;
@@ -192,6 +203,8 @@ void RtfReader::Parser::readText(std::string_view bytes) {
   const auto passed = std::min(static_cast<std::size_t>(fallback_), bytes.size());
   fallback_ -= static_cast<std::int32_t>(passed);
   addBytes(bytes.substr(passed));
+  // The second byte of a character may look like markup.
+  if (isTrailAwaited_) addBytes(tokens_.takeByte());
 }
 
 void RtfReader::Parser::readSymbol(char symbol) {
@@ -224,6 +237,7 @@ void RtfReader::Parser::readSymbol(char symbol) {
 void RtfReader::Parser::readByte(char byte) { addBytes(std::string_view(&byte, 1)); }
 
 void RtfReader::Parser::addBytes(std::string_view bytes) {
+  if (open_.empty() || bytes.empty()) return;
   switch (group_.destination) {
     case Destination::skip:
     case Destination::ignoreText:
@@ -287,14 +301,14 @@ std::string RtfReader::Parser::decoded(std::string_view bytes) const {
 void RtfReader::Parser::readUnicode(std::int32_t number) {
   fallback_ = group_.fallbackSize;
   const auto unit = static_cast<char32_t>(number < 0 ? number + 0x10000 : number);
+  const bool isLow = unit >= 0xDC00 && unit < 0xE000;
+  const char32_t high = isLow ? std::exchange(highSurrogate_, 0) : 0;
   if (unit >= 0xD800 && unit < 0xDC00) {
     flushBytes();
     highSurrogate_ = unit;
     return;
   }
-  const char32_t high = std::exchange(highSurrogate_, 0);
-  const bool isLow = unit >= 0xDC00 && unit < 0xE000;
-  if (isLow && high != 0) return addCharacter(0x10000 + ((high & 0x3FF) << 10) + (unit & 0x3FF));
+  if (high != 0) return addCharacter(0x10000 + ((high & 0x3FF) << 10) + (unit & 0x3FF));
   addCharacter(isSymbolPlace(unit) ? characterOfSymbol(unit) : unit);
 }
 
@@ -309,6 +323,7 @@ void RtfReader::Parser::addCharacter(char32_t character) {
 }
 
 void RtfReader::Parser::emit(std::string_view utf8) {
+  if (std::exchange(highSurrogate_, 0) != 0) emit(kUtf8Replacement);  // It found no second half.
   if (group_.destination == Destination::fieldInstruction) {
     if (instruction_.size() + utf8.size() <= kLongestInstruction) instruction_ += utf8;
     return;
@@ -359,12 +374,18 @@ void RtfReader::Parser::addPicture() {
   text_.append(kAttachment, text_.add(picture));
 }
 
+const RtfFont* RtfReader::Parser::fontOf(const Look& look) const {
+  const RtfFont* const associated = look.isAssociated ? fonts_.find(look.associatedFont) : nullptr;
+  return associated != nullptr ? associated : fonts_.find(look.font);
+}
+
 TextAttributes RtfReader::Parser::attributesOf(const Look& look) const {
   TextAttributes attributes;
-  if (const RtfFont* const found = fonts_.find(look.font)) attributes.font.familyName = found->family;
-  attributes.font.pointSize = look.halfPoints / 2.0;
-  attributes.font.isBold = look.isBold;
-  attributes.font.isItalic = look.isItalic;
+  const bool hasOwnSize = look.isAssociated && look.associatedHalfPoints > 0;
+  if (const RtfFont* const found = fontOf(look)) attributes.font.familyName = found->family;
+  attributes.font.pointSize = (hasOwnSize ? look.associatedHalfPoints : look.halfPoints) / 2.0;
+  attributes.font.isBold = look.isAssociated ? look.isAssociatedBold : look.isBold;
+  attributes.font.isItalic = look.isAssociated ? look.isAssociatedItalic : look.isItalic;
   attributes.underline = look.underline;
   attributes.strikethrough = look.strikethrough;
   attributes.capitals = look.capitals;

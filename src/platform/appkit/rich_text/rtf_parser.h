@@ -42,6 +42,10 @@ class RtfReader::Parser {
   struct Look {
     std::int32_t font = -1;
     std::int32_t halfPoints = 24;
+    // Of right-to-left and East Asian characters, where a run says that its are such; -1 and 0 for those
+    // above.
+    std::int32_t associatedFont = -1;
+    std::int32_t associatedHalfPoints = 0;
     std::int32_t color = 0;
     std::int32_t background = 0;
     std::uint32_t link = 0;  // In `links_`, from 1 on.
@@ -51,6 +55,9 @@ class RtfReader::Parser {
     std::int8_t superscript = 0;
     bool isBold = false;
     bool isItalic = false;
+    bool isAssociatedBold = false;
+    bool isAssociatedItalic = false;
+    bool isAssociated = false;
     bool isHidden = false;
     bool isDeleted = false;
     auto operator<=>(const Look&) const = default;
@@ -95,16 +102,18 @@ class RtfReader::Parser {
   void readFont(RtfAction action, std::int32_t value);
   void readParagraph(RtfAction action, std::int32_t value);
   void readRow(RtfAction action);
-  void readDestination(const RtfWord& word);
+  void readDestination(const RtfWord& word, bool isOptional);
   void readTable(RtfAction action, std::int32_t value);
   void enterDestination(Destination destination);
-  void beginFootnote();
+  void beginFootnote(bool isOptional);
   void addPicture();
+  void addNoteMark();
   void endParagraph();
 
   TextAttributes attributesOf(const Look& look) const;
   std::uint32_t attributes();
-  const RtfFont* font() const { return fonts_.find(group_.look.font); }
+  const RtfFont* font() const { return fontOf(group_.look); }
+  const RtfFont* fontOf(const Look& look) const;
   RtfParagraph paragraph() const;
 
   String source_;
@@ -131,6 +140,8 @@ class RtfReader::Parser {
   std::vector<std::uint16_t> spans_;  // Of the row that is being defined.
   enum class Merge : std::uint8_t { none, first, next } merge_ = Merge::none;
   bool isFootnoteFresh_ = false;
+  std::int32_t footnotes_ = 0;
+  std::int32_t endnotes_ = 0;
 
   RtfText text_;
   std::map<Look, std::uint32_t> known_;

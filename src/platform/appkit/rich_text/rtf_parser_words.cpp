@@ -42,7 +42,7 @@ void RtfReader::Parser::readWord(const RtfToken& token) {
   if (isWithin(word->action, Action::paragraphDefault, Action::listLevel))
     return readParagraph(word->action, value);
   if (isWithin(word->action, Action::rowDefinition, Action::mergeNext)) return readRow(word->action);
-  if (isWithin(word->action, Action::skip, Action::unicodeText)) return readDestination(*word);
+  if (isWithin(word->action, Action::skip, Action::unicodeText)) return readDestination(*word, isOptional);
   readTable(word->action, value);
 }
 
@@ -57,6 +57,8 @@ void RtfReader::Parser::readBreak(const RtfWord& word) {
       return emit(group_.isInFootnote ? " " : "\xE2\x80\xA8");
     case Action::pageBreak:
       return emit(group_.isInFootnote ? " " : "\f");
+    case Action::noteMark:
+      return addNoteMark();
     case Action::cell:
       return text_.endCell(attributes(), paragraph(), 1);
     case Action::row:
@@ -121,6 +123,21 @@ void RtfReader::Parser::readLook(RtfAction action, std::int32_t value) {
       return;
     case Action::deleted:
       look.isDeleted = value != 0;
+      return;
+    case Action::associatedBold:
+      look.isAssociatedBold = value != 0;
+      return;
+    case Action::associatedItalic:
+      look.isAssociatedItalic = value != 0;
+      return;
+    case Action::associatedFont:
+      look.associatedFont = value;
+      return;
+    case Action::associatedFontSize:
+      look.associatedHalfPoints = std::clamp(value, std::int32_t{1}, kMostHalfPoints);
+      return;
+    case Action::associated:
+      look.isAssociated = value != 0;
       return;
     case Action::fontSize:
       look.halfPoints = std::clamp(value, std::int32_t{1}, kMostHalfPoints);
@@ -239,7 +256,7 @@ void RtfReader::Parser::readRow(RtfAction action) {
 
 void RtfReader::Parser::enterDestination(Destination destination) { group_.destination = destination; }
 
-void RtfReader::Parser::readDestination(const RtfWord& word) {
+void RtfReader::Parser::readDestination(const RtfWord& word, bool isOptional) {
   const bool isBody = group_.destination == Destination::body;
   switch (word.action) {
     case Action::skip:
@@ -271,7 +288,7 @@ void RtfReader::Parser::readDestination(const RtfWord& word) {
       if (isBody) addPicture();
       return enterDestination(Destination::skip);
     case Action::footnote:
-      return beginFootnote();
+      return beginFootnote(isOptional);
     case Action::unicodePair:
       group_.outer = group_.destination;
       return enterDestination(Destination::unicodePair);

@@ -15,10 +15,11 @@ struct Charset {
   std::int32_t number;
   int codePage;
 };
-constexpr Charset kCharsets[] = {{0, 1252},   {77, 10000}, {78, 932},   {79, 949},   {80, 936},   {81, 950},
-                                 {128, 932},  {129, 949},  {130, 1361}, {134, 936},  {136, 950},  {161, 1253},
-                                 {162, 1254}, {163, 1258}, {177, 1255}, {178, 1256}, {186, 1257}, {204, 1251},
-                                 {222, 874},  {238, 1250}, {254, 437},  {255, 850}};
+// Of those that are left out, the document's counts.
+constexpr Charset kCharsets[] = {{77, 10000}, {78, 932},   {79, 949},   {80, 936},   {81, 950},   {128, 932},
+                                 {129, 949},  {130, 1361}, {134, 936},  {136, 950},  {161, 1253}, {162, 1254},
+                                 {163, 1258}, {177, 1255}, {178, 1256}, {186, 1257}, {204, 1251}, {222, 874},
+                                 {238, 1250}, {254, 437},  {255, 850}};
 constexpr std::int32_t kSymbolCharset = 2;
 
 // Of fonts without a charset, which only have places.
@@ -50,7 +51,9 @@ std::string upper(std::string text) {
   return text;
 }
 
-std::string numeral(std::int32_t number, std::int32_t format) {
+}  // namespace
+
+std::string rtfNumeral(std::int32_t number, std::int32_t format) {
   constexpr std::int32_t kUpperRoman = 1, kLowerRoman = 2, kUpperLetter = 3, kLowerLetter = 4,
                          kTwoDigits = 22;
   switch (format) {
@@ -68,8 +71,6 @@ std::string numeral(std::int32_t number, std::int32_t format) {
       return std::to_string(number);
   }
 }
-
-}  // namespace
 
 const RtfFont* RtfFonts::find(std::int32_t number) const {
   const auto found = fonts_.find(number);
@@ -112,10 +113,9 @@ std::optional<TextColor> RtfColors::color(std::int32_t number) const {
   return isThere ? colors_[static_cast<std::size_t>(number)] : std::nullopt;
 }
 
-TextColor& RtfColors::part(std::int32_t value) {
-  present_ = static_cast<std::uint8_t>(std::clamp<std::int32_t>(value, 0, 255));
+void RtfColors::set(std::uint8_t TextColor::*part, std::int32_t value) {
   if (!next_) next_.emplace();
-  return *next_;
+  (*next_).*part = static_cast<std::uint8_t>(std::clamp<std::int32_t>(value, 0, 255));
 }
 
 void RtfColors::append(std::string_view text) {
@@ -170,7 +170,7 @@ std::string RtfLists::nextMarker(std::int32_t list, std::uint8_t level) {
       continue;
     }
     const Level& counted = known.levels[code];
-    marker += numeral(counted.start + std::max(known.numbers[code], 1) - 1, counted.format);
+    marker += rtfNumeral(counted.start + std::max(known.numbers[code], 1) - 1, counted.format);
   }
   return marker;
 }

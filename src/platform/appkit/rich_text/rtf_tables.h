@@ -44,19 +44,21 @@ class RtfColors {
   // Absent for the automatic one, and for an unknown one.
   std::optional<TextColor> color(std::int32_t number) const;
 
-  void setRed(std::int32_t value) { part(value).red = present_; }
-  void setGreen(std::int32_t value) { part(value).green = present_; }
-  void setBlue(std::int32_t value) { part(value).blue = present_; }
+  void setRed(std::int32_t value) { set(&TextColor::red, value); }
+  void setGreen(std::int32_t value) { set(&TextColor::green, value); }
+  void setBlue(std::int32_t value) { set(&TextColor::blue, value); }
   // Each semicolon ends a colour.
   void append(std::string_view text);
 
  private:
-  TextColor& part(std::int32_t value);
+  void set(std::uint8_t TextColor::*part, std::int32_t value);
 
   std::vector<std::optional<TextColor>> colors_;
   std::optional<TextColor> next_;
-  std::uint8_t present_ = 0;
 };
+
+// A number in one of the format's numberings: 0 for figures, 1 and 2 for Roman ones, 3 and 4 for letters.
+std::string rtfNumeral(std::int32_t number, std::int32_t format);
 
 // Lists by their definitions, for documents that leave the markers to the reader.
 class RtfLists {

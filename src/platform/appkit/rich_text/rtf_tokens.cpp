@@ -66,7 +66,7 @@ RtfToken RtfTokens::hexadecimal() {
   const int high = !digits.empty() ? digitOf(digits[0]) : -1;
   const int low = digits.size() > 1 ? digitOf(digits[1]) : -1;
   if (high < 0 || low < 0) {
-    ++offset_;
+    offset_ += high < 0 ? 1 : 2;
     return {Kind::symbol, "'", std::nullopt};
   }
   offset_ += 3;
@@ -90,6 +90,7 @@ RtfToken RtfTokens::word() {
 std::optional<std::int32_t> RtfTokens::number() {
   const std::string_view all = rest();
   const bool isNegative = all.starts_with('-');
+  if (all == "-") ++offset_;  // The document is cut here.
   std::size_t size = isNegative ? 1 : 0;
   if (size >= all.size() || !isDigit(all[size])) return std::nullopt;
   std::int64_t value = 0;

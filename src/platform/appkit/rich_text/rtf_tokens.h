@@ -32,6 +32,9 @@ class RtfTokens {
 
   RtfToken next();
   std::size_t offset() const { return offset_; }
+  // The one byte that comes next, whatever it is; empty at the end.
+  std::string_view takeByte() { return take(RtfToken::Kind::text, 1).text; }
+  std::string_view upcoming(std::size_t size) const { return rest().substr(0, size); }
 
  private:
   RtfToken control();
