@@ -14,7 +14,6 @@ constexpr std::size_t kMostGroups = 512;
 constexpr std::size_t kMostLinks = 65'536;
 constexpr std::size_t kLongestInstruction = 8192;
 constexpr std::size_t kLongestListText = 256;
-constexpr std::string_view kLineSeparator = "\xE2\x80\xA8";
 constexpr char32_t kObject = 0xFFFC;
 constexpr std::string_view kAttachment = "\xEF\xBF\xBC";
 
