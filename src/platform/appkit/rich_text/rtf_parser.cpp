@@ -14,7 +14,6 @@ constexpr std::size_t kMostGroups = 512;
 constexpr std::size_t kMostLinks = 65'536;
 constexpr std::size_t kLongestInstruction = 8192;
 constexpr std::size_t kLongestListText = 256;
-constexpr std::string_view kLineSeparator = "\xE2\x80\xA8";
 constexpr char32_t kObject = 0xFFFC;
 constexpr std::string_view kAttachment = "\xEF\xBF\xBC";
 
@@ -207,6 +206,7 @@ void RtfReader::Parser::beginFootnote(bool isOptional) {
 
 void RtfReader::Parser::endFootnote(const Group&) {
   isFootnoteFresh_ = false;
+  isFootnoteParagraphOver_ = false;
   emit("]");
 }
 
@@ -370,6 +370,7 @@ void RtfReader::Parser::emit(std::string_view utf8) {
     if (utf8.empty()) return;
     isFootnoteFresh_ = false;
   }
+  if (group_.isInFootnote && std::exchange(isFootnoteParagraphOver_, false)) text_.append(" ", attributes());
   if (text_.isParagraphEmpty() && group_.paragraph.list != 0) writeMarker();
   text_.append(utf8, attributes());
 }
@@ -387,7 +388,10 @@ void RtfReader::Parser::writeMarker() {
 void RtfReader::Parser::endParagraph() {
   flushBytes();
   if (group_.destination != Destination::body || group_.look.isHidden || group_.look.isDeleted) return;
-  if (group_.isInFootnote) return emit(" ");
+  if (group_.isInFootnote) {
+    isFootnoteParagraphOver_ = true;
+    return;
+  }
   text_.endParagraph(attributes(), paragraph());
 }
 

@@ -144,6 +144,7 @@ class RtfReader::Parser {
   std::vector<std::uint16_t> spans_;  // Of the row that is being defined.
   enum class Merge : std::uint8_t { none, first, next } merge_ = Merge::none;
   bool isFootnoteFresh_ = false;
+  bool isFootnoteParagraphOver_ = false;
   std::int32_t footnotes_ = 0;
   std::int32_t endnotes_ = 0;
 

@@ -53,6 +53,8 @@ void RtfReader::Parser::readBreak(const RtfWord& word) {
   switch (word.action) {
     case Action::paragraph:
       return endParagraph();
+    case Action::section:
+      return text_.isParagraphEmpty() ? void() : endParagraph();
     case Action::lineBreak:
       return emit(group_.isInFootnote ? " " : "\xE2\x80\xA8");
     case Action::pageBreak:

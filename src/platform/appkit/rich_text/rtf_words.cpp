@@ -38,7 +38,7 @@ const NamedWord kCharacterWords[] = {
     {"softline", {Action::lineBreak}},
     {"chftn", {Action::noteMark}},
     {"par", {Action::paragraph}},
-    {"sect", {Action::paragraph}},
+    {"sect", {Action::section}},
     {"line", {Action::lineBreak}},
     {"lbr", {Action::lineBreak}},
     {"page", {Action::pageBreak}},

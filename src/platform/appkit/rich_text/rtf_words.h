@@ -11,6 +11,7 @@ enum class RtfAction : std::uint8_t {
   character,
   // Breaks.
   paragraph,
+  section,
   lineBreak,
   pageBreak,
   noteMark,
