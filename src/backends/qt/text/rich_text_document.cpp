@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view kAttachment = "\xEF\xBF\xBC";
 constexpr double kTabPoints = 36;
 
-std::string_view bytesOf(const NSAttributedString& text, TextRange part) {
+std::string_view bytesIn(const NSAttributedString& text, TextRange part) {
   return text.string().view().substr(part.begin, part.end - part.begin);
 }
 
@@ -74,7 +74,7 @@ void RichDocument::fill(const TablePart& part, std::size_t end) {
 
 void RichDocument::writeParagraph(QTextCursor& cursor, std::size_t paragraph, TextRange part, int width) {
   const ParagraphStyle& style = text_.styleOf(text_.paragraphs()[paragraph]);
-  const QString start = toQString(bytesOf(text_, {part.begin, std::min(part.end, part.begin + 256)}));
+  const QString start = toQString(bytesIn(text_, {part.begin, std::min(part.end, part.begin + 256)}));
   cursor.setBlockFormat(blockFormat(style, readsFromTheRight(style, start), style_->font, width));
   const auto runs = text_.runs();
   auto run = std::ranges::upper_bound(runs, part.begin, {}, &NSAttributedString::Run::end);
@@ -90,7 +90,7 @@ void RichDocument::writeParagraph(QTextCursor& cursor, std::size_t paragraph, Te
 
 void RichDocument::writeRun(QTextCursor& cursor, TextRange part, const TextAttributes& attributes) {
   QTextCharFormat format = charFormat(attributes, *style_);
-  const std::string_view bytes = bytesOf(text_, part);
+  const std::string_view bytes = bytesIn(text_, part);
   DrawnText shown = drawn(bytes, style_->labelColor, DrawnControls::thoseOfNoText);
   if (!attributes.attachment.empty() && bytes == kAttachment) {
     shown.text = u'[' + titleStart(attributes.attachment) + u']';

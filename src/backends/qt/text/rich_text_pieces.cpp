@@ -13,7 +13,7 @@ namespace {
 // A longer paragraph is cut, since laying one out takes time that grows with its length and its runs.
 constexpr std::size_t kLongestPiece = 8 * 1024;
 constexpr std::ptrdiff_t kMostRuns = 512;
-constexpr std::size_t kCutWindow = 256;
+constexpr std::size_t kCutReach = 256;
 // What a band of a table holds at most.
 constexpr std::size_t kMostCells = 96;
 constexpr std::size_t kMostCellBytes = 16 * 1024;
@@ -23,8 +23,8 @@ constexpr std::size_t kLeastWeight = 6;
 constexpr std::size_t kMostWeight = 60;
 
 // Behind a blank near `place`, else between two characters.
-std::size_t cutBefore(std::string_view text, std::size_t place) {
-  for (std::size_t cut = place; cut + kCutWindow > place; --cut) {
+std::size_t cutOfParagraph(std::string_view text, std::size_t place) {
+  for (std::size_t cut = place; cut + kCutReach > place; --cut) {
     if (text[cut - 1] == ' ') return cut;
   }
   return codePointStart(text, place);
@@ -53,7 +53,7 @@ void RichPieces::addParagraph(std::size_t paragraph) {
   while (begin < end) {
     pieces_.push_back({static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(paragraph)});
     std::size_t next = end;
-    if (next - begin > kLongestPiece) next = cutBefore(text_.string(), begin + kLongestPiece / 2);
+    if (next - begin > kLongestPiece) next = cutOfParagraph(text_.string(), begin + kLongestPiece / 2);
     const auto run = std::ranges::upper_bound(runs, begin, {}, &NSAttributedString::Run::end);
     if (runs.end() - run > kMostRuns) next = std::min<std::size_t>(next, run[kMostRuns - 1].end);
     begin = next;
