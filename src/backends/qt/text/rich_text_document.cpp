@@ -14,7 +14,6 @@
 namespace tarnix::qt {
 namespace {
 
-constexpr std::string_view kAttachment = "\xEF\xBF\xBC";
 constexpr double kTabPoints = 36;
 
 std::string_view bytesIn(const NSAttributedString& text, TextRange part) {

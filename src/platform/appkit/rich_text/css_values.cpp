@@ -1,4 +1,5 @@
 #include "platform/appkit/rich_text/css_values.h"
+#include "platform/foundation/ascii.h"
 
 #include <algorithm>
 #include <charconv>
@@ -68,8 +69,7 @@ std::optional<Declaration> declarationFrom(std::string_view text) {
 
 std::string lowercase(std::string_view text) {
   std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
+  std::transform(lower.begin(), lower.end(), lower.begin(), asciiLowercase);
   return lower;
 }
 

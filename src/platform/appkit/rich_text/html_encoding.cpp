@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "platform/appkit/rich_text/code_page.h"
+#include "platform/foundation/ascii.h"
 #include "platform/foundation/utf8.h"
 
 namespace tarnix {
@@ -33,8 +34,7 @@ std::string_view labelOfUtf16(std::string_view bytes) {
 // What stands behind "charset=" in the head.
 std::optional<std::string> declaredCharset(std::string_view bytes) {
   std::string head(bytes.substr(0, kHead));
-  std::transform(head.begin(), head.end(), head.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
+  std::transform(head.begin(), head.end(), head.begin(), asciiLowercase);
   const std::size_t at = head.find("charset=");
   if (at == std::string::npos) return std::nullopt;
   const std::size_t start = head.find_first_not_of("\"' ", at + 8);

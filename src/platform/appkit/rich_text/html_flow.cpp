@@ -11,8 +11,6 @@ namespace {
 using WhiteSpace = HtmlStyle::WhiteSpace;
 
 constexpr std::string_view kBlanks = " \t\n\r\f";
-constexpr std::string_view kLineSeparator = "\xE2\x80\xA8";
-constexpr std::string_view kAttachment = "\xEF\xBF\xBC";
 constexpr int kMostSpan = 1000;
 constexpr std::uint32_t kMostColumns = 1000;
 

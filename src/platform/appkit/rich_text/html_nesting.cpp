@@ -1,4 +1,5 @@
 #include "platform/appkit/rich_text/html_nesting.h"
+#include "platform/foundation/ascii.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -9,10 +10,10 @@
 namespace tarnix {
 namespace {
 
-constexpr std::size_t kMostDepth = 300;
+constexpr std::size_t kMostOpenElements = 300;
 constexpr std::size_t kMostAttributes = 64;
 constexpr std::size_t kMostFormatting = 100;
-constexpr std::size_t kLongestName = 32;
+constexpr std::size_t kLongestTagName = 32;
 
 using Names = std::unordered_set<std::string_view>;
 
@@ -26,7 +27,6 @@ const Names kClosesParagraph = {
     "h1",      "h2",      "h3",    "h4",         "h5",     "h6",  "header", "hr",       "main",   "nav",
     "ol",      "p",       "pre",   "section",    "table",  "ul",  "li",     "dt",       "dd"};
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '/'; }
 
 class Filter {
@@ -47,8 +47,8 @@ class Filter {
   void readMarkup() {
     const std::string_view rest = html_.substr(at_);
     if (rest.starts_with("<!--")) return keepTo("-->");
-    if (rest.size() > 1 && isLetter(rest[1])) return readStart();
-    if (rest.size() > 2 && rest[1] == '/' && isLetter(rest[2])) return readEnd();
+    if (rest.size() > 1 && isAsciiLetter(rest[1])) return readStart();
+    if (rest.size() > 2 && rest[1] == '/' && isAsciiLetter(rest[2])) return readEnd();
     if (rest.size() > 1 && (rest[1] == '!' || rest[1] == '?' || rest[1] == '/')) return keepTo(">");
     kept_ += '<';
     ++at_;
@@ -65,7 +65,7 @@ class Filter {
     std::string name;
     while (at_ < html_.size() && !isBlank(html_[at_]) && html_[at_] != '>') {
       const char c = html_[at_++];
-      if (name.size() < kLongestName) name += c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+      if (name.size() < kLongestTagName) name += asciiLowercase(c);
     }
     return name;
   }
@@ -136,7 +136,7 @@ class Filter {
     closeImplied(name);
     if (kVoid.contains(name)) return true;
     const bool isFormatting = kFormatting.contains(name);
-    if (open_.size() >= kMostDepth || (isFormatting && formatting_ >= kMostFormatting)) {
+    if (open_.size() >= kMostOpenElements || (isFormatting && formatting_ >= kMostFormatting)) {
       ++dropped_[name];
       return false;
     }

@@ -23,7 +23,7 @@ using Marker = HtmlStyle::Marker;
 
 constexpr std::size_t kMostBytes = std::size_t{4} << 20;
 // The tree is not deeper than this where the nesting of tags was bounded.
-constexpr int kMostDepth = 2000;
+constexpr int kDeepestNode = 2000;
 
 std::string_view nameOf(const GumboNode& node) {
   const GumboElement& element = node.v.element;
@@ -97,7 +97,7 @@ class Walk {
   };
 
   void findStyleSheets(const GumboNode& node, int depth) {
-    if (node.type != GUMBO_NODE_ELEMENT || depth > kMostDepth) return;
+    if (node.type != GUMBO_NODE_ELEMENT || depth > kDeepestNode) return;
     const GumboVector& children = node.v.element.children;
     for (unsigned i = 0; i < children.length; ++i) {
       const auto& child = *static_cast<const GumboNode*>(children.data[i]);
@@ -108,7 +108,7 @@ class Walk {
   }
 
   void walk(const GumboNode& node, const HtmlStyle& around, const css::ElementNames* parent, int depth) {
-    if (depth > kMostDepth || flow_.isFull()) return;
+    if (depth > kDeepestNode || flow_.isFull()) return;
     switch (node.type) {
       case GUMBO_NODE_TEXT:
       case GUMBO_NODE_WHITESPACE:
@@ -180,7 +180,7 @@ class Walk {
 
   // A mark of the fragment may stand anywhere.
   void walkUnseen(const GumboNode& node, int depth) {
-    if (depth > kMostDepth) return;
+    if (depth > kDeepestNode) return;
     if (node.type == GUMBO_NODE_COMMENT) return readComment(css::trimmed(node.v.text.text));
     if (node.type != GUMBO_NODE_ELEMENT) return;
     const GumboVector& children = node.v.element.children;
@@ -237,7 +237,7 @@ class Walk {
   }
 
   static bool hasFragment(const GumboNode& node, int depth) {
-    if (depth > kMostDepth) return false;
+    if (depth > kDeepestNode) return false;
     if (node.type == GUMBO_NODE_COMMENT) return css::trimmed(node.v.text.text) == "StartFragment";
     if (node.type != GUMBO_NODE_ELEMENT) return false;
     const GumboVector& children = node.v.element.children;

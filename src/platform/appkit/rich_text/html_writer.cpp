@@ -13,7 +13,6 @@
 namespace tarnix {
 namespace {
 
-constexpr std::string_view kLineSeparator = "\xE2\x80\xA8";
 constexpr std::string_view kSafeSchemes[] = {"http://", "https://", "mailto:"};
 
 std::string number(double value) {
@@ -91,7 +90,7 @@ std::string cssOf(const TextAttributes& look) {
 }
 
 std::string cssOf(const ParagraphStyle& style) {
-  constexpr std::string_view kAlignments[] = {"", "left", "center", "right", "justify"};
+  constexpr std::string_view kAlignmentNames[] = {"", "left", "center", "right", "justify"};
   std::string css = "white-space: pre-wrap; margin: 0";
   const auto add = [&css](const std::string& declaration) { css += "; " + declaration; };
   if (style.spacingBefore != 0) add("margin-top: " + number(style.spacingBefore) + "pt");
@@ -100,7 +99,7 @@ std::string cssOf(const ParagraphStyle& style) {
   const double indent = style.firstLineIndent - style.headIndent;
   if (indent != 0) add("text-indent: " + number(indent) + "pt");
   if (style.alignment != TextAlignment::natural)
-    add("text-align: " + std::string(kAlignments[static_cast<std::size_t>(style.alignment)]));
+    add("text-align: " + std::string(kAlignmentNames[static_cast<std::size_t>(style.alignment)]));
   return css;
 }
 
@@ -122,9 +121,9 @@ std::optional<ItemForm> formOf(std::string_view marker) {
   return ItemForm{"ol", " value=\"" + std::to_string(value) + "\""};
 }
 
-class Writer {
+class HtmlWriter {
  public:
-  explicit Writer(const NSAttributedString& text) : text_(text) {}
+  explicit HtmlWriter(const NSAttributedString& text) : text_(text) {}
 
   String write() {
     html_.append("<!DOCTYPE html><html><head><meta charset=\"utf-8\"></head><body>");
@@ -266,6 +265,6 @@ class Writer {
 
 }  // namespace
 
-String htmlFrom(const NSAttributedString& text) { return Writer(text).write(); }
+String htmlFrom(const NSAttributedString& text) { return HtmlWriter(text).write(); }
 
 }  // namespace tarnix

@@ -3,13 +3,6 @@
 #include "platform/foundation/utf8.h"
 
 namespace tarnix {
-namespace {
-
-constexpr char32_t kLineSeparator = 0x2028;
-constexpr char32_t kAttachment = 0xFFFC;
-
-}  // namespace
-
 String plainTextOf(const NSAttributedString& text) {
   StringBuilder plain;
   std::string_view rest = text.string();
@@ -19,9 +12,9 @@ String plainTextOf(const NSAttributedString& text) {
     if (simple == std::string_view::npos) break;
     rest.remove_prefix(simple);
     const CodePoint point = codePointAt(rest);
-    const bool isBreak = point.value == '\f' || point.value == kLineSeparator;
+    const bool isBreak = point.value == '\f' || rest.starts_with(kLineSeparator);
     if (isBreak) plain.append("\n");
-    if (!isBreak && point.value != kAttachment) plain.append(rest.substr(0, point.length));
+    if (!isBreak && !rest.starts_with(kAttachment)) plain.append(rest.substr(0, point.length));
     rest.remove_prefix(point.length);
   }
   return plain.take();

@@ -5,33 +5,20 @@
 #include <optional>
 #include <utility>
 
+#include "platform/appkit/rich_text/rtf_tables.h"
+#include "platform/foundation/ascii.h"
 #include "platform/foundation/utf8.h"
 
 namespace tarnix {
 namespace {
 
-constexpr std::size_t kMostLists = 2000;  // \ls goes no further.
+constexpr std::size_t kMostWrittenLists = 2000;  // \ls goes no further.
 constexpr std::size_t kLongestBullet = 64;
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isLower(char c) { return c >= 'a' && c <= 'z'; }
-bool isUpper(char c) { return c >= 'A' && c <= 'Z'; }
-char toLower(char c) { return isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; }
-
-std::string roman(int number) {
-  constexpr std::array<std::pair<int, const char*>, 9> kParts = {
-      {{100, "c"}, {90, "xc"}, {50, "l"}, {40, "xl"}, {10, "x"}, {9, "ix"}, {5, "v"}, {4, "iv"}, {1, "i"}}};
-  std::string text;
-  for (const auto& [value, letters] : kParts) {
-    for (; number >= value; number -= value) text += letters;
-  }
-  return text;
-}
 
 std::optional<int> romanNumber(const std::string& letters) {
   if (letters.find_first_not_of("ivxlc") != std::string::npos) return std::nullopt;
   for (int number = 1; number < 300; ++number) {
-    if (roman(number) == letters) return number;
+    if (rtfNumeral(number, 2) == letters) return number;
   }
   return std::nullopt;
 }
@@ -45,9 +32,9 @@ bool isRoman(RtfMarker::Kind kind) { return kind == RtfMarker::upperRoman || kin
 // kind `before`.
 std::optional<RtfMarker> inLetters(const std::string& letters, RtfMarker::Kind before) {
   RtfMarker marker;
-  const bool isCapital = isUpper(letters.front());
+  const bool isCapital = isAsciiUpper(letters.front());
   std::string lower = letters;
-  std::transform(lower.begin(), lower.end(), lower.begin(), toLower);
+  std::transform(lower.begin(), lower.end(), lower.begin(), asciiLowercase);
   const auto number = romanNumber(lower);
   if (number && (lower.size() > 1 || isRoman(before) || (lower == "i" && !isLetter(before)))) {
     marker.kind = isCapital ? RtfMarker::upperRoman : RtfMarker::lowerRoman;
@@ -84,13 +71,13 @@ RtfMarker parsed(std::string_view text, RtfMarker::Kind before) {
   bullet.before = text.substr(0, codePointStart(text, std::min(text.size(), kLongestBullet)));
   if (units(bullet.before) > 1) bullet.kind = RtfMarker::literal;
   const auto begin = std::find_if_not(text.begin(), text.end(), [](char c) { return c == '('; });
-  const auto isCounting = [](char c) { return isDigit(c) || isLower(c) || isUpper(c); };
+  const auto isCounting = [](char c) { return isAsciiDigit(c) || isAsciiLower(c) || isAsciiUpper(c); };
   const auto end = std::find_if_not(begin, text.end(), isCounting);
   const auto isPunctuation = [](char c) { return c == '.' || c == ')' || c == ':'; };
   if (begin == end || text.size() > 16 || !std::all_of(end, text.end(), isPunctuation)) return bullet;
   const std::string middle(begin, end);
-  auto marker = std::all_of(begin, end, isDigit) ? inDigits(middle)
-                : std::all_of(begin, end, isLower) || std::all_of(begin, end, isUpper)
+  auto marker = std::all_of(begin, end, isAsciiDigit) ? inDigits(middle)
+                : std::all_of(begin, end, isAsciiLower) || std::all_of(begin, end, isAsciiUpper)
                     ? inLetters(middle, before)
                     : std::nullopt;
   if (!marker) return bullet;
@@ -129,7 +116,7 @@ bool RtfListWriter::continues(const Level& level, const RtfMarker& marker) {
 
 void RtfListWriter::add(std::string_view text, std::size_t level) {
   const RtfMarker marker = parsed(text, isOpen_ ? lists_.back()[level].first.kind : RtfMarker::bullet);
-  if ((!isOpen_ || !continues(lists_.back()[level], marker)) && lists_.size() < kMostLists)
+  if ((!isOpen_ || !continues(lists_.back()[level], marker)) && lists_.size() < kMostWrittenLists)
     lists_.emplace_back();
   isOpen_ = true;
   List& list = lists_.back();

@@ -15,7 +15,6 @@ constexpr std::size_t kMostLinks = 65'536;
 constexpr std::size_t kLongestInstruction = 8192;
 constexpr std::size_t kLongestListText = 256;
 constexpr char32_t kObject = 0xFFFC;
-constexpr std::string_view kAttachment = "\xEF\xBF\xBC";
 
 // The symbol fonts' usual bullets by their places, which some programs also write as U+F0xx.
 char32_t characterOfSymbol(char32_t place) {

@@ -56,7 +56,7 @@ void RtfReader::Parser::readBreak(const RtfWord& word) {
     case Action::section:
       return text_.isParagraphEmpty() ? void() : endParagraph();
     case Action::lineBreak:
-      return emit(group_.isInFootnote ? " " : "\xE2\x80\xA8");
+      return emit(group_.isInFootnote ? " " : kLineSeparator);
     case Action::pageBreak:
       return emit(group_.isInFootnote ? " " : "\f");
     case Action::noteMark:

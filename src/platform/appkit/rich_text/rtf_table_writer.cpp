@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t kDeepest = 16;    // What lies deeper is written as lying there.
 constexpr std::uint32_t kWidth = 9000;  // Of all columns, in twips; a text doesn't tell of any.
-constexpr std::uint32_t kMostColumns = kWidth;
+constexpr std::uint32_t kMostWrittenColumns = kWidth;
 
 std::uint64_t keyOf(const TableCell& cell) { return std::uint64_t{cell.table} << 32U | cell.row; }
 
@@ -144,7 +144,7 @@ void RtfTableWriter::closeRow() {
 }
 
 void RtfTableWriter::writeDefinition(const Row& row) {
-  const std::uint32_t columns = std::min(rows_.columnsOf(row.cell), kMostColumns);
+  const std::uint32_t columns = std::min(rows_.columnsOf(row.cell), kMostWrittenColumns);
   out_.word("trowd");
   out_.word("irow", static_cast<int>(std::min<std::uint32_t>(row.cell.row, 2'000'000'000)));
   for (const RtfBox& box : *row.boxes) {

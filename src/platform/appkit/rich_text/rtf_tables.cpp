@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t kMostFonts = 4096;
 constexpr std::size_t kMostColors = 4096;
 constexpr std::size_t kMostLists = 4096;
-constexpr std::size_t kLongestName = 256;
+constexpr std::size_t kLongestTableText = 256;
 
 struct Charset {
   std::int32_t number;
@@ -99,7 +99,7 @@ void RtfFonts::setCodePage(std::int32_t number) {
 
 void RtfFonts::appendName(std::string_view bytes, const CodePage& documentPage) {
   const std::size_t end = bytes.find(';');
-  name_ += bytes.substr(0, std::min(end, kLongestName - std::min(kLongestName, name_.size())));
+  name_ += bytes.substr(0, std::min(end, kLongestTableText - std::min(kLongestTableText, name_.size())));
   if (end == std::string_view::npos || current_ == nullptr) return;
   decodeName(documentPage);
   const std::string family = std::exchange(decoded_, {});
@@ -111,7 +111,7 @@ void RtfFonts::appendName(std::string_view bytes, const CodePage& documentPage) 
 void RtfFonts::appendDecodedName(std::string_view utf8, const CodePage& documentPage) {
   if (current_ == nullptr) return;
   decodeName(documentPage);
-  if (decoded_.size() < kLongestName) decoded_ += utf8;
+  if (decoded_.size() < kLongestTableText) decoded_ += utf8;
 }
 
 void RtfFonts::decodeName(const CodePage& documentPage) {
@@ -154,7 +154,7 @@ void RtfLists::setStart(std::int32_t start) {
 
 void RtfLists::appendLevelText(std::string_view bytes) {
   Level* const present = level();
-  if (present != nullptr && present->text.size() + bytes.size() <= kLongestName) present->text += bytes;
+  if (present != nullptr && present->text.size() + bytes.size() <= kLongestTableText) present->text += bytes;
 }
 
 void RtfLists::define(std::int32_t identifier) {

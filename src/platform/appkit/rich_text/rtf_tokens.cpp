@@ -1,4 +1,5 @@
 #include "platform/appkit/rich_text/rtf_tokens.h"
+#include "platform/foundation/ascii.h"
 
 #include <algorithm>
 #include <limits>
@@ -8,13 +9,11 @@ namespace {
 
 using Kind = RtfToken::Kind;
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isLineEnd(char c) { return c == '\r' || c == '\n' || c == '\0'; }
 bool isSpecial(char c) { return c == '\\' || c == '{' || c == '}' || isLineEnd(c); }
 
 int digitOf(char c) {
-  if (isDigit(c)) return c - '0';
+  if (isAsciiDigit(c)) return c - '0';
   const char lower = static_cast<char>(c | 0x20);
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
@@ -55,7 +54,7 @@ RtfToken RtfTokens::text() {
 RtfToken RtfTokens::control() {
   ++offset_;
   if (offset_ >= source_.size()) return {};
-  if (isLetter(source_[offset_])) return word();
+  if (isAsciiLetter(source_[offset_])) return word();
   if (source_[offset_] == '\'') return hexadecimal();
   return take(Kind::symbol, 1);
 }
@@ -77,7 +76,7 @@ RtfToken RtfTokens::word() {
   constexpr std::size_t kLongest = 32;
   const std::string_view all = rest();
   const std::string_view front = all.substr(0, kLongest);
-  const auto end = std::find_if_not(front.begin(), front.end(), isLetter);
+  const auto end = std::find_if_not(front.begin(), front.end(), isAsciiLetter);
   RtfToken token = take(Kind::word, static_cast<std::size_t>(end - front.begin()));
   token.parameter = number();
   if (offset_ < source_.size() && source_[offset_] == ' ') ++offset_;
@@ -92,9 +91,9 @@ std::optional<std::int32_t> RtfTokens::number() {
   const bool isNegative = all.starts_with('-');
   if (all == "-") ++offset_;  // The document is cut here.
   std::size_t size = isNegative ? 1 : 0;
-  if (size >= all.size() || !isDigit(all[size])) return std::nullopt;
+  if (size >= all.size() || !isAsciiDigit(all[size])) return std::nullopt;
   std::int64_t value = 0;
-  for (; size < all.size() && isDigit(all[size]); ++size) {
+  for (; size < all.size() && isAsciiDigit(all[size]); ++size) {
     value = std::min<std::int64_t>(value * 10 + (all[size] - '0'), std::numeric_limits<std::int32_t>::max());
   }
   offset_ += size;
