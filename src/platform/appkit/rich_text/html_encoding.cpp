@@ -50,7 +50,9 @@ std::string utf8Text(std::string_view bytes) {
   if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
   while (bytes.ends_with('\0')) bytes.remove_suffix(1);
   // What was cut within its last character is still UTF-8.
-  if (utf8Prefix(bytes) + 3 >= bytes.size()) return std::string(bytes.substr(0, utf8Prefix(bytes)));
+  const std::size_t valid = utf8Prefix(bytes);
+  const bool isUtf8 = valid == bytes.size() || codePointAt(bytes, valid).form == CodePoint::Form::unfinished;
+  if (isUtf8) return std::string(bytes.substr(0, valid));
   if (const auto charset = declaredCharset(bytes); charset && *charset != "utf-8") {
     if (CodePage::labelled(*charset)) return decodedAs(*charset, bytes);
   }

@@ -13,6 +13,7 @@ namespace {
 constexpr std::size_t kMostOpenElements = 300;
 constexpr std::size_t kMostAttributes = 64;
 constexpr std::size_t kMostFormatting = 100;
+constexpr std::size_t kMostLeaked = 3;
 constexpr std::size_t kLongestTagName = 32;
 
 using Names = std::unordered_set<std::string_view>;
@@ -141,6 +142,7 @@ class Filter {
       return false;
     }
     if (isFormatting) ++formatting_;
+    if (name == "p") ++paragraphs_;
     open_.push_back(name);
     return true;
   }
@@ -154,15 +156,18 @@ class Filter {
       --dropped;
       return;
     }
-    if (kFormatting.contains(name) && formatting_ > 0) --formatting_;
     const auto found = std::find(open_.rbegin(), open_.rend(), name);
-    if (found != open_.rend()) open_.erase(std::next(found).base(), open_.end());
+    if (found != open_.rend()) {
+      closeDownTo(static_cast<std::size_t>(std::distance(found, open_.rend())) - 1, name);
+    } else if (kFormatting.contains(name) && leaked_ > 0) {
+      --leaked_;
+    }
     kept_ += html_.substr(start, std::min<std::size_t>(name.size() + 2, at_ - start));
     kept_ += '>';
   }
 
   void closeImplied(const std::string& name) {
-    if (kClosesParagraph.contains(name)) closeLast({"p"}, {"table", "td", "th", "button"});
+    if (paragraphs_ > 0 && kClosesParagraph.contains(name)) closeLast({"p"}, {"table", "td", "th", "button"});
     if (name == "li") closeLast({"li"}, {"ul", "ol", "table"});
     if (name == "dt" || name == "dd") closeLast({"dt", "dd"}, {"dl", "table"});
     if (name == "td" || name == "th") closeLast({"td", "th"}, {"tr", "table"});
@@ -172,13 +177,33 @@ class Filter {
     if (name == "option") closeLast({"option"}, {"select"});
   }
 
+  // A parser opens formatting that was left open within a block again in each block that follows, which only
+  // a few of them may ask for: the others are closed.
+  void closeDownTo(std::size_t size, std::string_view closed) {
+    const std::string own(closed);
+    while (open_.size() > size) {
+      const std::string name = std::move(open_.back());
+      open_.pop_back();
+      if (name == "p") --paragraphs_;
+      if (!kFormatting.contains(name)) continue;
+      --formatting_;
+      const bool isClosedItself = open_.size() == size && name == own;
+      if (isClosedItself) continue;
+      if (leaked_ < kMostLeaked) {
+        ++leaked_;
+      } else {
+        kept_ += "</" + name + ">";
+      }
+    }
+  }
+
   // The last one of these names, with what is in it, unless one of the others is around what comes next.
   void closeLast(std::initializer_list<std::string_view> names,
                  std::initializer_list<std::string_view> around) {
     for (std::size_t i = open_.size(); i > 0; --i) {
       const std::string& name = open_[i - 1];
       if (std::find(names.begin(), names.end(), name) != names.end()) {
-        open_.resize(i - 1);
+        closeDownTo(i - 1, name);
         return;
       }
       if (std::find(around.begin(), around.end(), name) != around.end()) return;
@@ -190,6 +215,8 @@ class Filter {
   std::string kept_;
   std::vector<std::string> open_;
   std::size_t formatting_ = 0;
+  std::size_t leaked_ = 0;  // Formatting elements that their block did not close.
+  std::size_t paragraphs_ = 0;
   std::unordered_map<std::string, std::size_t> dropped_;
 };
 

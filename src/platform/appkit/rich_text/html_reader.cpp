@@ -135,9 +135,16 @@ class Walk {
     style.applyKind(names.tag);
     style.applyAttributes(names.tag, [&](const char* name) { return attributeOf(node, name); });
     const double parentSize = around.look.font.pointSize;
-    for (const auto* declaration : sheet_.declarationsFor(names)) style.apply(*declaration, parentSize);
-    for (const auto& declaration : css::declarationsIn(attributeOf(node, "style")))
-      style.apply(declaration, parentSize);
+    const auto ofSheet = sheet_.declarationsFor(names);
+    const auto ofElement = css::declarationsIn(attributeOf(node, "style"));
+    for (const bool isImportant : {false, true}) {
+      for (const auto* each : ofSheet) {
+        if (each->isImportant == isImportant) style.apply(*each, parentSize);
+      }
+      for (const auto& each : ofElement) {
+        if (each.isImportant == isImportant) style.apply(each, parentSize);
+      }
+    }
     if (hasAttribute(node, "hidden")) style.display = Display::none;
     return style;
   }

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,9 +25,11 @@ std::string number(double value) {
 }
 
 std::string hexadecimal(TextColor color) {
-  std::array<char, 8> name{};
-  std::snprintf(name.data(), name.size(), "#%02x%02x%02x", color.red, color.green, color.blue);
-  return name.data();
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string name = "#";
+  for (const std::uint8_t part : {color.red, color.green, color.blue})
+    name += {kDigits[part >> 4], kDigits[part & 15]};
+  return name;
 }
 
 std::string_view escapeOf(char c) {
@@ -81,11 +82,14 @@ std::string cssOf(const TextAttributes& look) {
   add(look.font.isBold ? "font-weight: bold" : "font-weight: normal");
   if (look.font.isItalic) add("font-style: italic");
   if (look.capitals == TextCapitals::small) add("font-variant: small-caps");
+  const bool isLink = isSafe(look.link);
   if (look.color) add("color: " + hexadecimal(*look.color));
+  if (!look.color && isLink) add("color: windowtext");
   if (look.highlight) add("background-color: " + hexadecimal(*look.highlight));
   if (look.superscript != 0) add(look.superscript > 0 ? "vertical-align: super" : "vertical-align: sub");
   if (look.underline != LineStyle::none)
     add("text-decoration: underline " + std::string(nameOf(look.underline)));
+  if (look.underline == LineStyle::none && isLink) add("text-decoration: none");
   return css;
 }
 

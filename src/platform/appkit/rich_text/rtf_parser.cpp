@@ -14,7 +14,7 @@ constexpr std::size_t kMostGroups = 512;
 constexpr std::size_t kMostLinks = 65'536;
 constexpr std::size_t kLongestInstruction = 8192;
 constexpr std::size_t kLongestListText = 256;
-constexpr char32_t kObject = 0xFFFC;
+constexpr char32_t kAttachmentCharacter = 0xFFFC;
 
 // The symbol fonts' usual bullets by their places, which some programs also write as U+F0xx.
 char32_t characterOfSymbol(char32_t place) {
@@ -345,7 +345,7 @@ void RtfReader::Parser::addCharacter(char32_t character) {
   const bool isText =
       group_.destination == Destination::body || group_.destination == Destination::listText ||
       group_.destination == Destination::fieldInstruction || group_.destination == Destination::attachment;
-  if (isText && character == kObject && !attachment_.empty()) return addAttachment();
+  if (isText && character == kAttachmentCharacter && !attachment_.empty()) return addAttachment();
   if (isText) emit(utf8);
 }
 

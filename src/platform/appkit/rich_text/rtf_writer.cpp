@@ -341,10 +341,9 @@ class Writer {
 
   // An attachment's name stands before the character in a destination that others leave out.
   void writeCharacters(std::string_view piece, const TextAttributes& attributes) {
-    constexpr std::string_view kObject = "\xEF\xBF\xBC";
     if (attributes.attachment.empty()) return out_.text(piece);
     while (!piece.empty()) {
-      const std::size_t at = std::min(piece.find(kObject), piece.size());
+      const std::size_t at = std::min(piece.find(kAttachment), piece.size());
       out_.text(piece.substr(0, at));
       piece.remove_prefix(at);
       if (piece.empty()) return;
@@ -352,8 +351,8 @@ class Writer {
       out_.hiddenDestination("tarnixattachment");
       out_.text(attributes.attachment);
       out_.close();
-      out_.text(kObject);
-      piece.remove_prefix(kObject.size());
+      out_.text(kAttachment);
+      piece.remove_prefix(kAttachment.size());
     }
   }
 

@@ -161,12 +161,8 @@ std::vector<const Declaration*> StyleSheet::declarationsFor(const ElementNames& 
     return rules_[a].specificity < rules_[b].specificity;
   });
   std::vector<const Declaration*> declarations;
-  for (const bool isImportant : {false, true}) {
-    for (const std::size_t rule : found) {
-      for (const Declaration& each : bodies_[rules_[rule].body]) {
-        if (each.isImportant == isImportant) declarations.push_back(&each);
-      }
-    }
+  for (const std::size_t rule : found) {
+    for (const Declaration& each : bodies_[rules_[rule].body]) declarations.push_back(&each);
   }
   return declarations;
 }
