@@ -1,5 +1,6 @@
 #include "platform/appkit/rich_text/css_values.h"
 #include "platform/foundation/ascii.h"
+#include "platform/foundation/utf8.h"
 
 #include <algorithm>
 #include <charconv>
@@ -142,7 +143,7 @@ String familyFrom(std::string_view value) {
                                           "system-ui", "-apple-system", "inherit",      "initial",
                                           "unset",     "revert",        "ui-sans-serif"};
   if (std::find(std::begin(kSystem), std::end(kSystem), lower) != std::end(kSystem)) return {};
-  return lower == "ui-monospace" ? String("monospace") : String(first);
+  return lower == "ui-monospace" ? String("monospace") : String(wellFormedUtf8(first));
 }
 
 }  // namespace tarnix::css

@@ -12,6 +12,7 @@ using WhiteSpace = HtmlStyle::WhiteSpace;
 
 constexpr std::string_view kBlanks = " \t\n\r\f";
 constexpr int kMostSpan = 1000;
+constexpr double kMarkerRoom = 18;
 constexpr std::uint32_t kMostColumns = 1000;
 
 std::string transformed(std::string_view text, HtmlStyle::Transform transform) {
@@ -104,6 +105,9 @@ void HtmlFlow::open(const HtmlStyle& style) {
   look.link = String();
   text_.append(marker + "\t", text_.add(look));
   text_.setListMarker(String(marker));
+  // The marker hangs before the text.
+  paragraph_.firstLineOffset = -kMarkerRoom;
+  paragraph_.style.tabStops = {{paragraph_.style.headIndent, TextAlignment::left}};
   paragraph_.style.listLevel = std::max<std::uint8_t>(paragraph_.style.listLevel, 1);
 }
 

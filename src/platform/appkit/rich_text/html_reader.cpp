@@ -14,6 +14,7 @@
 #include "platform/appkit/rich_text/html_style.h"
 #include "platform/appkit/rich_text/rtf_tables.h"
 #include "platform/appkit/rich_text/style_sheet.h"
+#include "platform/foundation/utf8.h"
 
 namespace tarnix {
 namespace {
@@ -113,7 +114,8 @@ class Walk {
       case GUMBO_NODE_TEXT:
       case GUMBO_NODE_WHITESPACE:
       case GUMBO_NODE_CDATA:
-        if (isWithin_) flow_.addText(node.v.text.text, around);
+        // References to characters beyond all limits come out of the parser broken.
+        if (isWithin_) flow_.addText(wellFormedUtf8(node.v.text.text), around);
         return;
       case GUMBO_NODE_COMMENT:
         return readComment(css::trimmed(node.v.text.text));
@@ -285,7 +287,7 @@ class Walk {
   void addPicture(const GumboNode& node, const HtmlStyle& style) {
     if (isTiny(node)) return;
     const std::string_view name = css::trimmed(attributeOf(node, "alt"));
-    flow_.addPicture(name.empty() ? String("Picture") : String(name), style);
+    flow_.addPicture(name.empty() ? String("Picture") : String(wellFormedUtf8(name)), style);
   }
 
   css::StyleSheet sheet_;

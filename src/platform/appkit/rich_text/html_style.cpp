@@ -5,6 +5,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "platform/foundation/utf8.h"
+
 namespace tarnix {
 namespace {
 
@@ -147,7 +149,7 @@ void HtmlStyle::applyKind(std::string_view tag) {
     font.pointSize *= kFactors[paragraph.headingLevel - 1];
     paragraph.spacingBefore = paragraph.spacingAfter = font.pointSize / 2;
   }
-  if (tag == "p" || tag == "pre" || tag == "blockquote") paragraph.spacingAfter = font.pointSize / 2;
+  if (tag == "p" || tag == "blockquote") paragraph.spacingAfter = font.pointSize / 2;
 }
 
 void HtmlStyle::applyAttributes(std::string_view tag,
@@ -162,7 +164,7 @@ void HtmlStyle::applyAttributes(std::string_view tag,
   }
   if (tag == "a") {
     if (const auto target = attribute("href"); !target.empty()) {
-      look.link = String(css::trimmed(target));
+      look.link = String(wellFormedUtf8(css::trimmed(target)));
       look.underline = LineStyle::single;
       look.color = TextColor{0, 0, 238};
     }

@@ -51,7 +51,8 @@ TEST(HtmlReader, findsOutTheEncoding) {
              {"\xEF\xBB\xBF<p>marked\0"s, "marked"},
              {wide("<p>little</p>", false), "little"},
              {"\xFE\xFF" + wide("<p>big</p>", true), "big"},
-             {"<p>&lt;b&gt; &euro; &#x1F600; &nope; 1 < 2 &", "<b> € 😀 &nope; 1 < 2 &"}});
+             {"<p>&lt;b&gt; &euro; &#x1F600; &nope; 1 < 2 &", "<b> € 😀 &nope; 1 < 2 &"},
+             {"a&#x1F60bbbbbbbbbbbbbbbbbbbbbbbbbbbbb0;", "a\xEF\xBF\xBD"}});
 }
 
 TEST(HtmlReader, takesTheFragmentWithTheLookOfWhatIsAroundIt) {
