@@ -13,7 +13,7 @@ declare -A tarnix_packages=(
   [test]="clang-16 libgtest-dev libgmock-dev libatspi2.0-dev clang-format-14 python3 desktop-file-utils appstream"
   [bench]="libbenchmark-dev"
   [tidy]="clang-tidy-14"
-  [fuzz]="clang-14 libclang-rt-14-dev"
+  [fuzz]="clang-16 libclang-rt-16-dev"
   [package]="dpkg-dev file"
 )
 

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <utility>
 
+#include "detail/scrollable_attributed_text_view.h"
+#include "detail/scrollable_text_view.h"
 #include "platform/appkit/application.h"
 #include "platform/platform.h"
 #include "platform/swiftui/elements.h"
@@ -38,13 +40,13 @@ View noPreview() {
   });
 }
 
-// What a clip says, as plain text: its text, else the place of its file.
-View clipText(const ClipboardItem& clip) {
-  const bool isFile = clip.itemType == ClipboardItemType::fileItem;
-  const View content = clip.possibleText      ? TextView(*clip.possibleText)
-                       : clip.possibleFileUrl ? TextView(clip.possibleFileUrl->path())
-                                              : noPreview();
-  return VStack({content}).navigationTitle(isFile ? "File" : "Text");
+View plainText(const String& text) {
+  return ScrollableTextView{.text = Binding<String>::constant(text),
+                            .font = NSFont::controlContentFontOfSize(0)};
+}
+
+View formattedText(const NSAttributedString& text) {
+  return ScrollableAttributedTextView{.attributedText = text};
 }
 
 View sidebarButton() {
@@ -62,9 +64,11 @@ const Defaults::Key<bool>& watchingKey() {
 }
 
 ContentView::ContentView()
-    : watching(watchingKey()), clipboard(seedHistory(Pasteboard::general)), pasteboardObservable([] {
-        return std::make_shared<NSPasteboard::Observable>(NSPasteboard::generalPasteboard());
-      }) {}
+    : watching(watchingKey()),
+      clipboard(seedHistory(Pasteboard::general)),
+      pasteboardObservable(
+          [] { return std::make_shared<NSPasteboard::Observable>(NSPasteboard::generalPasteboard()); }),
+      rtfReading([] { return std::make_shared<RtfReading>(); }) {}
 
 View ContentView::body() const {
   return NavigationView(sidebar(), detail())
@@ -152,7 +156,22 @@ View ContentView::clearButton() const {
 
 View ContentView::detail() const {
   const ClipboardItem* clip = clipWithId(*clipboard, *selectedItemId);
-  return clip == nullptr ? emptyState() : clipText(*clip).id(clip->id);
+  if (clip == nullptr) {
+    rtfReading->forget();
+    return emptyState();
+  }
+  const bool isFile = clip->itemType == ClipboardItemType::fileItem;
+  return VStack({clipText(*clip)}).navigationTitle(isFile ? "File" : "Text").id(clip->id);
+}
+
+// With its look where it can be read, else plain; of a file, its place.
+View ContentView::clipText(const ClipboardItem& clip) const {
+  const bool isText = clip.itemType == ClipboardItemType::textItem;
+  const auto formatted = rtfReading->textOf(isText ? clip.possibleRtf.value_or("") : String());
+  if (formatted.text) return formattedText(*formatted.text);
+  if (clip.possibleText) return plainText(*clip.possibleText);
+  if (clip.possibleFileUrl) return plainText(clip.possibleFileUrl->path());
+  return formatted.isBeingRead ? plainText("") : noPreview();
 }
 
 }  // namespace tarnix

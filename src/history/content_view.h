@@ -7,6 +7,7 @@
 
 #include "capture/pasteboard.h"
 #include "capture/pasteboard_observable.h"
+#include "detail/rtf_reading.h"
 #include "history/clip_history.h"
 #include "platform/swiftui/view.h"
 #include "settings/views/default.h"
@@ -30,6 +31,7 @@ class ContentView {
                       &ContentView::clipboard,
                       &ContentView::showClearConfirmation,
                       &ContentView::pasteboardObservable,
+                      &ContentView::rtfReading,
                       &ContentView::pboard,
                       &ContentView::searchText};
   }
@@ -45,6 +47,7 @@ class ContentView {
   State<ClipHistory> clipboard;
   State<bool> showClearConfirmation{false};
   StateObject<NSPasteboard::Observable> pasteboardObservable;
+  StateObject<RtfReading> rtfReading;
   State<Pasteboard> pboard{Pasteboard::general};
   State<String> searchText;
 
@@ -58,6 +61,7 @@ class ContentView {
   View clearButton() const;
   View row(const FilteredClips& clips, std::size_t position) const;
   View detail() const;
+  View clipText(const ClipboardItem& clip) const;
 };
 
 }  // namespace tarnix

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "contract/text_host.h"
+
 namespace tarnix::test {
 namespace {
 
@@ -140,7 +142,7 @@ TEST_P(ViewContract, aListShowsItsRowsAndWritesWhatIsPicked) {
     return NavigationView(List(bindingTo(selection), {section})
                               .listStyle(modifiers::ListStyle::sidebar)
                               .searchable(bindingTo(sought), modifiers::SearchFieldPlacement::sidebar),
-                          TextView(selection ? clips.at(*positionOf(*selection)).second : String("none")));
+                          TextHost{selection ? clips.at(*positionOf(*selection)).second : String("none")});
   });
   EXPECT_THAT(stage->rows(), ::testing::ElementsAre(Row{"new", "1", true}, Row{"old", "2", false}));
   EXPECT_TRUE(stage->pick(1));
@@ -153,6 +155,27 @@ TEST_P(ViewContract, aListShowsItsRowsAndWritesWhatIsPicked) {
                                                     Row{"old", "3", true}));
   EXPECT_TRUE(stage->search("ne"));
   EXPECT_EQ(sought, String("ne"));
+}
+
+TEST_P(ViewContract, aHostsViewIsMadeOnceForItsPlaceAndFollowsItsHost) {
+  int made = 0;
+  String text("first");
+  std::optional<std::size_t> limit;
+  UUID identity = UUID::random();
+  stage->show([&] {
+    const View stack = VStack({Text("above"), View(TextHost{text, &made}).id(identity)});
+    return limit ? stack.lineLimit(*limit) : stack;
+  });
+  EXPECT_EQ(stage->text(), "first");
+  text = "second";
+  limit = 7;
+  stage->settle();
+  EXPECT_EQ(stage->text(), "second7") << "and knows what is around it";
+  EXPECT_EQ(made, 1);
+  identity = UUID::random();
+  stage->settle();
+  EXPECT_EQ(made, 2);
+  EXPECT_EQ(stage->text(), "second7");
 }
 
 TEST_P(ViewContract, aDialogComesAndGoesAndItsActionMayAskAgain) {
@@ -187,7 +210,7 @@ TEST_P(ViewContract, theToolbarAndTheTitleAreThoseOfTheDetail) {
   String title("One");
   int presses = 0;
   stage->show([&] {
-    return NavigationView(Text("side"), VStack({TextView("body")}).navigationTitle(title))
+    return NavigationView(Text("side"), VStack({TextHost{"body"}}).navigationTitle(title))
         .navigationTitle("whole")
         .toolbar(
             {ToolbarItem(elements::ToolbarPlacement::navigation, Button([&] { ++presses; }, Text("Item")))});

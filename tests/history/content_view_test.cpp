@@ -76,6 +76,46 @@ TEST_F(ContentViewTest, aCopyIsTheTopRowSelectedAndShown) {
   EXPECT_TRUE(newest().title.sharesBytesWith(*newest().possibleText));
 }
 
+TEST_F(ContentViewTest, aFormattedClipIsShownWithItsLookAndReadOnce) {
+  const auto copyBoth = [&](const String& rtf) {
+    desktop.app("writer").copies(
+        simulated::ItemContent{{"public.rtf", rtf}, {"public.utf8-plain-text", "as plain text"}});
+    desktop.advance(300ms);
+  };
+  start();
+  copyBoth("{\\rtf1 formatted}");
+  EXPECT_THAT(window().text(), HasSubstr("NSTextView \"formatted\" attributed"));
+  const auto shown = window().textView();
+  const String text = shown->string();
+  window().search("formatted");
+  desktop.advance(0ms);
+  EXPECT_TRUE(window().textView() == shown && shown->string().sharesBytesWith(text));
+  copyBoth("no RTF");
+  EXPECT_THAT(window().text(), HasSubstr("NSTextView \"as plain text\"\n"));
+  desktop.app("writer").copies(simulated::ItemContent{{"public.rtf", String("no RTF")}});
+  desktop.advance(300ms);
+  EXPECT_TRUE(window().shows("Cannot preview content"));
+}
+
+TEST_F(ContentViewTest, aLongFormattedClipIsPlainUntilItIsReadAndKeepsNoOtherWaiting) {
+  std::string words;
+  while (words.size() < 1'000'000) words += "some words ";
+  desktop.app("writer").copies(simulated::ItemContent{{"public.rtf", String("{\\rtf1 " + words + "}")},
+                                                      {"public.utf8-plain-text", "as plain text"}});
+  start();
+  window().pick(0);
+  std::vector<std::string> shown;
+  const auto evaluations = window().graph().evaluations().sink([&](const Void&) {
+    const auto text = window().textView();
+    if (text) shown.push_back(text->string().str().substr(0, 8));
+  });
+  desktop.advance(0ms);
+  ASSERT_FALSE(shown.empty());
+  EXPECT_EQ(shown.front(), "as plain");
+  EXPECT_EQ(shown.back(), "some wor");
+  EXPECT_GT(window().textView()->string().size(), 990'000U);
+}
+
 TEST_F(ContentViewTest, whatLiesOnThePasteboardAtStartIsTheUnselectedSeed) {
   desktop.setSetting("watching", false);
   desktop.app("editor").copies("before");
@@ -251,7 +291,7 @@ TEST_F(ContentViewTest, theTreeIsTheOneThatTheWindowShows) {
           "          Button cancel\n"
           "            Text \"Cancel\"\n"
           "  VStack .navigationTitle(\"Text\")\n"
-          "    TextView \"a \\\"quoted\\\"\\nclip\"\n"
+          "    NSTextView \"a \\\"quoted\\\"\\nclip\"\n"
           "  ToolbarItem navigation\n"
           "    Button\n"
           "      Image \"sidebar.leading\"\n");

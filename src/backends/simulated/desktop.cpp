@@ -32,6 +32,11 @@ class Desktop::Workspace final : public NSWorkspace {
     return std::nullopt;
   }
 
+  bool openURL(const URL& url) const override {
+    desktop_.openedURLs_.push_back(url);
+    return true;
+  }
+
  private:
   const Desktop& desktop_;
 };

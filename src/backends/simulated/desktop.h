@@ -29,6 +29,8 @@ class Desktop {
   Application& app(const String& name);
   // The program ends; its windows stay listed until they are closed.
   void quit(const String& name);
+  // What programs had the desktop open, in order.
+  const std::vector<URL>& openedURLs() const { return openedURLs_; }
   void setFrontmost(std::shared_ptr<Application> application) { frontmost_ = std::move(application); }
 
   // Front to back.
@@ -70,6 +72,7 @@ class Desktop {
   std::vector<NSScreen> screens_{{{0, 0, 1920, 1080}}};
   bool hasWindowList_ = true;
   mutable int windowListReads_ = 0;
+  mutable std::vector<URL> openedURLs_;
   Platform platform_;
   std::unique_ptr<PlatformScope> scope_;
   std::unique_ptr<Window> window_;

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "platform/appkit/application.h"
+#include "platform/appkit/scroll_view.h"
 #include "platform/swiftui/label.h"
 #include "platform/swiftui/text_renderer.h"
 
@@ -96,10 +97,16 @@ std::vector<std::string> Window::titles() const {
   return titles;
 }
 
+std::shared_ptr<NSTextView> Window::textView() const {
+  const Element* found = findKind<elements::HostedView>(*graph_.tree());
+  if (found == nullptr) return nullptr;
+  const auto view = std::dynamic_pointer_cast<NSScrollView>(found->as<elements::HostedView>()->view);
+  return view ? view->documentView() : nullptr;
+}
+
 std::optional<String> Window::detailText() const {
-  const Element* found = findKind<elements::TextView>(*graph_.tree());
-  if (found == nullptr) return std::nullopt;
-  return found->as<elements::TextView>()->text;
+  const auto view = textView();
+  return view ? std::optional(view->string()) : std::nullopt;
 }
 
 bool Window::shows(std::string_view text) const {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/appkit/text_view.h"
 #include "platform/swiftui/view_graph.h"
 
 namespace tarnix::simulated {
@@ -33,6 +34,8 @@ class Window {
   std::vector<std::string> titles() const;
   // The text of the detail column's text view; absent when it shows something else.
   std::optional<String> detailText() const;
+  // The first text view of the toolkit; null when there is none.
+  std::shared_ptr<NSTextView> textView() const;
   // True when any shown text or label equals `text`.
   bool shows(std::string_view text) const;
   // Without the sidebar, `shows` and `text` are what they were: hiding is the renderer's.

@@ -12,6 +12,10 @@
 
 namespace tarnix {
 
+// A line break within a paragraph, and what stands for a picture.
+inline constexpr std::string_view kLineSeparator = "\xE2\x80\xA8";
+inline constexpr std::string_view kAttachment = "\xEF\xBF\xBC";
+
 // Immutable text with the look of its characters and paragraphs. Equal by value; a copy shares everything,
 // and copies are compared at once. Safe to copy and to read from any thread.
 //

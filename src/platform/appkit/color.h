@@ -17,6 +17,8 @@ class NSColor {
   static NSColor initWithCGColor(CGColor color) { return NSColor(Value(std::move(color))); }
   // The name is taken as it is, known or not: "labelColor".
   static NSColor systemColor(const String& name) { return NSColor(Value(name)); }
+  // Of the text of controls.
+  static NSColor controlTextColor() { return systemColor("controlTextColor"); }
 
   // Absent for a colour of the catalog.
   std::optional<CGColor> cgColor() const;

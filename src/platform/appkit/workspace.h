@@ -34,6 +34,10 @@ class NSWorkspace {
   virtual std::shared_ptr<NSRunningApplication> runningApplication(int processIdentifier) const = 0;
   virtual std::optional<URL> URLForApplicationWithBundleIdentifier(const String& identifier) const = 0;
 
+  // Has the program that the desktop chose for this kind of URL open it, without waiting for it. False when
+  // there is none that could be asked.
+  virtual bool openURL(const URL& url) const = 0;
+
   static NSWorkspace& sharedWorkspace();
 };
 

@@ -87,6 +87,19 @@ std::size_t utf8Prefix(std::string_view text) {
   return size;
 }
 
+std::string wellFormedUtf8(std::string_view text) {
+  std::string whole;
+  while (!text.empty()) {
+    const std::size_t valid = utf8Prefix(text);
+    whole += text.substr(0, valid);
+    text.remove_prefix(valid);
+    if (text.empty()) break;
+    whole += kUtf8Replacement;
+    text.remove_prefix(codePointAt(text).length);
+  }
+  return whole;
+}
+
 Utf8Bytes::Utf8Bytes(char32_t codePoint) {
   char32_t point = isEncodable(codePoint) ? codePoint : kReplacementCharacter;
   size_ = point < 0x80 ? 1 : point < 0x800 ? 2 : point < 0x10000 ? 3 : 4;

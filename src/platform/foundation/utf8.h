@@ -38,6 +38,9 @@ std::size_t asciiPrefix(std::string_view text);
 std::size_t utf8Prefix(std::string_view text);
 inline bool isValidUtf8(std::string_view text) { return utf8Prefix(text) == text.size(); }
 
+// The text with U+FFFD for each broken sequence.
+std::string wellFormedUtf8(std::string_view text);
+
 // One code point in UTF-8; U+FFFD for a surrogate and for what lies beyond U+10FFFF.
 class Utf8Bytes {
  public:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 namespace tarnix {
 
@@ -9,6 +10,11 @@ template <typename T>
 struct Binding {
   std::function<T()> get;
   std::function<void(T)> set;
+
+  // Drops what is written.
+  static Binding constant(T value) {
+    return {[value = std::move(value)] { return value; }, [](const T&) {}};
+  }
 };
 
 }  // namespace tarnix

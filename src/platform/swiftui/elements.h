@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -101,11 +102,13 @@ inline std::string describe(const Button& button) {
   return text_form::name(button.role, {"Button", "Button cancel", "Button destructive"});
 }
 
-// Text of any size, read-only, selectable, in a scrolling area of its own.
-struct TextView {
-  String text;
+// A view of the toolkit, which is made once for each place and brought in line at each evaluation.
+struct HostedView {
+  std::shared_ptr<const ViewRepresentable> host;
+  std::shared_ptr<NSView> view;  // Null until it is resolved.
 };
-inline std::string describe(const TextView& view) { return "TextView " + text_form::quoted(view.text); }
+// For a text view, what it says.
+std::string describe(const HostedView& hosted);
 
 // An attachment. Children: the content.
 enum class ToolbarPlacement { navigation, primaryAction };
@@ -135,7 +138,7 @@ struct ElementContent
     : std::variant<elements::Text, elements::Image, elements::Label, elements::VStack, elements::HStack,
                    elements::Spacer, elements::Divider, elements::NavigationView, elements::List,
                    elements::Section, elements::NavigationLink, elements::Toggle, elements::Button,
-                   elements::TextView, elements::ToolbarItem, elements::ConfirmationDialog> {
+                   elements::HostedView, elements::ToolbarItem, elements::ConfirmationDialog> {
   using variant::variant;
 };
 
@@ -173,7 +176,6 @@ inline View Button(std::function<void()> action, View label,
                    elements::ButtonRole role = elements::ButtonRole::none) {
   return View(elements::Button{role, std::move(action)}, {std::move(label)});
 }
-inline View TextView(String text) { return View(elements::TextView{std::move(text)}); }
 inline View ToolbarItem(elements::ToolbarPlacement placement, View content) {
   return View(elements::ToolbarItem{placement}, {std::move(content)});
 }

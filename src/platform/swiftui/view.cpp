@@ -19,6 +19,9 @@ View::View(std::shared_ptr<const Composite> composite) : View(elements::VStack{}
   *this = changed([&](Node& node) { node.composite = std::move(composite); });
 }
 
+View::View(std::shared_ptr<const ViewRepresentable> host)
+    : View(elements::HostedView{.host = std::move(host), .view = nullptr}) {}
+
 View View::changed(const std::function<void(Node&)>& change) const {
   auto node = std::make_shared<Node>(*node_);
   change(*node);

@@ -13,6 +13,7 @@
 
 #include "platform/swiftui/modifiers.h"
 #include "platform/swiftui/state.h"
+#include "platform/swiftui/view_representable.h"
 
 namespace tarnix {
 
@@ -48,6 +49,8 @@ class View : public modifiers::Modifiable<View> {
   View(ElementContent content, std::vector<View> children = {}, std::optional<Rows> rows = {});
   template <CompositeView T>
   View(T composite);
+  template <RepresentableView T>
+  View(T host);
 
   // What has another identity is another thing: state at and below this place starts afresh.
   View id(UUID identity) const;
@@ -62,6 +65,7 @@ class View : public modifiers::Modifiable<View> {
   friend class ViewResolver;
   struct Node;
   explicit View(std::shared_ptr<const Composite> composite);
+  explicit View(std::shared_ptr<const ViewRepresentable> host);
   View modified(modifiers::Modifier modifier) const;
   View changed(const std::function<void(Node&)>& change) const;
   View watching(ChangeHook hook) const;
@@ -122,6 +126,11 @@ template <CompositeView T>
 View::View(T composite)
     : View(std::shared_ptr<const Composite>(
           std::make_shared<internal::CompositeOf<T>>(std::move(composite)))) {}
+
+template <RepresentableView T>
+View::View(T host)
+    : View(std::shared_ptr<const ViewRepresentable>(
+          std::make_shared<internal::RepresentableOf<T>>(std::move(host)))) {}
 
 template <std::equality_comparable T>
 View View::onChange(std::function<T()> value, std::function<void()> action) const {

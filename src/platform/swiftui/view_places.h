@@ -18,7 +18,7 @@ struct ViewStep {
   enum class Kind { child, attachment, body, row };
   Kind kind = Kind::child;
   std::size_t position = 0;  // In the parent.
-  std::type_index type;      // The composite view that stands there, else the kind of element.
+  std::type_index type;      // The composite view or host that stands there, else the kind of element.
   std::optional<UUID> identity;
 
   auto operator<=>(const ViewStep&) const = default;
@@ -46,6 +46,11 @@ class ViewPlaces {
   // Gives the view the state that is kept at its place, and keeps it from now on.
   void keep(const ViewPath& path, const std::shared_ptr<View::Composite>& composite);
   void watch(const ViewPath& path, const std::vector<View::ChangeHook>& hooks);
+  // The view of the toolkit that is kept at a place, null when none is yet; and one to keep.
+  std::shared_ptr<RepresentedView> represented(const ViewPath& path) { return placeAt(path).represented; }
+  void represent(const ViewPath& path, std::shared_ptr<RepresentedView> view) {
+    placeAt(path).represented = std::move(view);
+  }
   // How many rows lie below this place.
   void noteRows(const ViewPath& path, std::size_t count);
 
@@ -59,6 +64,7 @@ class ViewPlaces {
   };
   struct Place {
     std::shared_ptr<View::Composite> composite;
+    std::shared_ptr<RepresentedView> represented;
     std::vector<Watch> watches;
     std::size_t rowCount = 0;
     bool isInUse = true;

@@ -7,6 +7,7 @@ namespace tarnix {
 namespace {
 
 std::type_index typeOf(const ElementContent& content) {
+  if (const auto* hosted = std::get_if<elements::HostedView>(&content)) return hosted->host->type();
   return std::visit([](const auto& each) { return std::type_index(typeid(each)); }, content);
 }
 
@@ -49,8 +50,23 @@ Element ViewResolver::resolvePrimitive(const View::Node& node) {
     if (places_) places_->noteRows(path_, node.rows->count);
     resolveRows(*node.rows, *section);
   }
+  if (auto* hosted = std::get_if<elements::HostedView>(&element.content)) resolveHosted(*hosted, element);
   resolveAll(node.children, Kind::child, element.children);
   return element;
+}
+
+void ViewResolver::resolveHosted(elements::HostedView& hosted, Element& element) {
+  const auto* limit = inherited_.find<modifiers::LineLimit>();
+  EnvironmentValues environment;
+  if (limit != nullptr) environment.lineLimit = limit->lines;
+  std::shared_ptr<RepresentedView> shown = places_ ? places_->represented(path_) : nullptr;
+  if (!shown) {
+    shown = hosted.host->make(environment);
+    if (places_) places_->represent(path_, shown);
+  }
+  hosted.host->update(*shown, environment);
+  hosted.view = shown->view;
+  element.owner = std::move(shown);
 }
 
 Element ViewResolver::resolveComposite(const View::Node& node) {

@@ -25,6 +25,7 @@ class ViewResolver {
   Element resolve(const View& view, Kind kind, std::size_t position);
   Element resolveContent(const View::Node& node);
   Element resolvePrimitive(const View::Node& node);
+  void resolveHosted(elements::HostedView& hosted, Element& element);
   Element resolveComposite(const View::Node& node);
   void resolveRows(const View::Rows& rows, elements::Section& section) const;
   Element resolveRow(const View& row, std::size_t position);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "backends/linux/applications/application_finder.h"
+#include "backends/linux/applications/url_opener.h"
 #include "platform/appkit/workspace.h"
 
 namespace tarnix::linux_desktop {
@@ -36,6 +37,8 @@ class Workspace final : public NSWorkspace {
   // The desktop entry's file, or that of the program itself.
   std::optional<URL> URLForApplicationWithBundleIdentifier(const String& identifier) const override;
 
+  bool openURL(const URL& url) const override { return opener_->open(url.absoluteString().str()); }
+
   // What the icon theme calls the application's icon, or its absolute path. Absent for an unknown application
   // and for one that has no icon.
   std::optional<String> iconName(const String& bundleIdentifier) const;
@@ -45,6 +48,7 @@ class Workspace final : public NSWorkspace {
   FrontmostProcess frontmostProcess_;
   WindowClasses windowClasses_;
   ProcessTable processes_;
+  std::unique_ptr<UrlOpener> opener_ = std::make_unique<UrlOpener>();
 };
 
 }  // namespace tarnix::linux_desktop

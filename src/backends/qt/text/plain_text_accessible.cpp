@@ -192,10 +192,11 @@ void PlainTextAccessible::scrollToSubstring(int start, int end) {
   view().reveal(byteAt(start));
 }
 
-QString PlainTextAccessible::attributes(int, int* start, int* end) const {
-  *start = 0;
-  *end = characterCount();
-  return QString();
+QString PlainTextAccessible::attributes(int offset, int* start, int* end) const {
+  const auto [look, range] = view().lookAt(byteAt(offset));
+  *start = positionOf(range.begin);
+  *end = positionOf(range.end);
+  return look;
 }
 
 void installPlainTextAccessibility() { QAccessible::installFactory(makeTextAccessible); }

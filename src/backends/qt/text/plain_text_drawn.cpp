@@ -53,9 +53,12 @@ QString labelOf(char32_t value) {
   return found == kBidiControls.end() ? QString() : bracketed(found->name);
 }
 
+// The toolkit takes these for the ends of paragraphs and frames.
+bool isSeparator(char32_t value) { return value == 0x2029 || (value >= 0xFDD0 && value <= 0xFDD1); }
+
 class Drawing {
  public:
-  explicit Drawing(const QColor& labelColor) : labelColor_(labelColor) {}
+  Drawing(const QColor& labelColor, DrawnControls controls) : labelColor_(labelColor), controls_(controls) {}
 
   void add(char32_t value, std::size_t offset) {
     marks_ = QChar::isMark(value) ? marks_ + 1 : 0;
@@ -64,8 +67,9 @@ class Drawing {
       return;
     }
     addOmitted();
-    if (const QString label = labelOf(value); !label.isEmpty()) return addLabel(label, offset);
-    result_.text.append(QChar::fromUcs4(value));
+    if (const QString label = shownLabelOf(value); !label.isEmpty()) return addLabel(label, offset);
+    const bool isPageBreak = value == U'\f';
+    result_.text.append(QChar::fromUcs4(isPageBreak ? char32_t{QChar::LineSeparator} : value));
     fillOffsets(offset);
   }
 
@@ -76,6 +80,12 @@ class Drawing {
   }
 
  private:
+  QString shownLabelOf(char32_t value) const {
+    if (controls_ == DrawnControls::all) return labelOf(value);
+    if (isSeparator(value)) return controlLabel(value);
+    return value < 0xA0 && value != U'\f' ? labelOf(value) : QString();
+  }
+
   void addOmitted() {
     if (omitted_ > 0) addLabel(QStringLiteral("[+%1]").arg(omitted_), firstOmitted_);
     omitted_ = 0;
@@ -99,6 +109,7 @@ class Drawing {
   }
 
   QColor labelColor_;
+  DrawnControls controls_;
   DrawnText result_;
   int marks_ = 0;
   int omitted_ = 0;
@@ -107,8 +118,8 @@ class Drawing {
 
 }  // namespace
 
-DrawnText drawn(std::string_view bytes, const QColor& labelColor) {
-  Drawing drawing(labelColor);
+DrawnText drawn(std::string_view bytes, const QColor& labelColor, DrawnControls controls) {
+  Drawing drawing(labelColor, controls);
   for (std::size_t offset = 0; offset < bytes.size();) {
     const CodePoint point = codePointAt(bytes, offset);
     drawing.add(point.value, offset);

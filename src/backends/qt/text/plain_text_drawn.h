@@ -20,7 +20,12 @@ struct DrawnText {
   QList<QTextLayout::FormatRange> formats;  // The colour of what stands for something else.
 };
 
-DrawnText drawn(std::string_view bytes, const QColor& labelColor);
+// Which characters are drawn as their names: in a text with a look of its own, which may set its direction,
+// only those that no text has.
+enum class DrawnControls { all, thoseOfNoText };
+
+DrawnText drawn(std::string_view bytes, const QColor& labelColor,
+                DrawnControls controls = DrawnControls::all);
 
 // `color` for the text of a part of a layout.
 QTextLayout::FormatRange coloured(qsizetype start, qsizetype length, const QColor& color);

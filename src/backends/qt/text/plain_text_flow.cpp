@@ -12,8 +12,8 @@ constexpr std::size_t kGenerationBytes = 32 * 1024;
 
 }  // namespace
 
-void TextFlow::setText(String text) {
-  text_ = std::move(text);
+void TextFlow::setSource(std::shared_ptr<const PieceSource> source) {
+  source_ = std::move(source);
   forgetLayouts();
 }
 
@@ -29,9 +29,16 @@ void TextFlow::setHeights(int visible, int inset) {
   last_.reset();
 }
 
+void TextFlow::setRowLimit(std::size_t rows) {
+  rowLimit_ = rows > kMostLimitedRows ? 0 : rows;
+  end_.reset();
+  last_.reset();
+}
+
 void TextFlow::forgetLayouts() {
   young_ = {};
   old_ = {};
+  end_.reset();
   last_.reset();
 }
 
@@ -53,19 +60,36 @@ void TextFlow::keep(std::shared_ptr<const PieceLayout> layout) const {
 }
 
 std::shared_ptr<const PieceLayout> TextFlow::layoutAt(std::size_t offset) const {
-  const TextPiece piece = pieceAt(text_, offset);
+  const TextPiece piece = source_->pieceAt(offset);
   if (auto known = recall(piece.begin)) return known;
-  auto layout = std::make_shared<const PieceLayout>(text_, piece, style_);
+  auto layout = source_->layOut(piece, style_);
   laidOutBytes_ += piece.end - piece.begin;
   keep(layout);
   return layout;
 }
 
+FlowPosition TextFlow::end() const {
+  if (end_) return *end_;
+  auto layout = layoutAt(rowLimit_ == 0 ? text().size() : 0);
+  std::size_t before = 0;
+  while (!isLast(layout->piece()) && before + layout->rowCount() < rowLimit_) {
+    before += layout->rowCount();
+    layout = layoutAt(layout->piece().next);
+  }
+  const bool isCut = rowLimit_ > 0 && before + layout->rowCount() > rowLimit_;
+  end_ = FlowPosition{layout->piece().begin,
+                      isCut ? layout->rowBottom(rowLimit_ - before - 1) : layout->height()};
+  return *end_;
+}
+
+int TextFlow::shownHeight(const PieceLayout& layout) const {
+  return end().piece == layout.piece().begin ? end().y : layout.height();
+}
+
 FlowPosition TextFlow::last() const {
   if (!last_) {
-    const auto layout = layoutAt(text_.size());
-    const FlowPosition end{layout->piece().begin, layout->height() + inset_};
-    last_ = std::max(first(), moved(end, -visibleHeight_));
+    const FlowPosition bottom{end().piece, end().y + inset_ - visibleHeight_};
+    last_ = std::max(first(), moved(bottom, 0));
   }
   return *last_;
 }
@@ -122,13 +146,18 @@ FlowPosition TextFlow::positionBehind(double bytes) const {
   return limited({piece.begin, y});
 }
 
+FlowPosition TextFlow::atPoint(FlowPosition top, QPoint point) const {
+  const FlowPosition lowest{end().piece, end().y - 1};
+  return rowLimit_ == 0 ? moved(top, point.y()) : std::min(moved(top, point.y()), lowest);
+}
+
 std::size_t TextFlow::offsetAt(FlowPosition top, QPoint point) const {
-  const FlowPosition position = moved(top, point.y());
+  const FlowPosition position = atPoint(top, point);
   return layoutAt(position.piece)->offsetAt(QPointF(point.x(), position.y));
 }
 
 std::size_t TextFlow::characterAt(FlowPosition top, QPoint point) const {
-  const FlowPosition position = moved(top, point.y());
+  const FlowPosition position = atPoint(top, point);
   return layoutAt(position.piece)->characterAt(QPointF(point.x(), position.y));
 }
 
@@ -146,7 +175,7 @@ void TextFlow::forEachVisible(FlowPosition top, const Visitor& visit) const {
   for (auto layout = layoutAt(top.piece); y < visibleHeight_;) {
     visit(*layout, y);
     y += layout->height();
-    if (isLast(layout->piece())) return;
+    if (layout->piece().begin == end().piece) return;
     layout = layoutAt(layout->piece().next);
   }
 }

@@ -28,17 +28,24 @@ struct FlowPosition {
 // part, whose upper edge is a FlowPosition.
 class TextFlow {
  public:
-  void setText(String text);
+  void setSource(std::shared_ptr<const PieceSource> source);
   void setStyle(const LayoutStyle& style);
   // Height of the visible part, and the empty space above the first and below the last row.
   void setHeights(int visible, int inset);
 
-  const String& text() const { return text_; }
+  // Shows no more rows than these; 0, and more than `kMostLimitedRows`, is no limit.
+  void setRowLimit(std::size_t rows);
+  static constexpr std::size_t kMostLimitedRows = 1000;
+
+  const String& text() const { return source_->text(); }
   const LayoutStyle& style() const { return style_; }
 
   FlowPosition first() const { return {0, -inset_}; }
   // The last row is at the lower edge; the same as `first` when everything fits.
   FlowPosition last() const;
+  // Below the last row that is shown.
+  FlowPosition end() const;
+  int shownHeight(const PieceLayout& layout) const;
   // Walks over everything in between: meant for a few pages.
   FlowPosition moved(FlowPosition from, int pixels) const;
   FlowPosition limited(FlowPosition position) const;
@@ -72,19 +79,22 @@ class TextFlow {
     std::size_t bytes = 0;
   };
 
-  bool isLast(const TextPiece& piece) const { return piece.next > text_.size(); }
+  bool isLast(const TextPiece& piece) const { return piece.next > text().size(); }
   int insetAbove(const TextPiece& piece) const { return piece.begin == 0 ? inset_ : 0; }
+  FlowPosition atPoint(FlowPosition top, QPoint point) const;
   std::shared_ptr<const PieceLayout> recall(std::size_t begin) const;
   void keep(std::shared_ptr<const PieceLayout> layout) const;
   void forgetLayouts();
 
-  String text_;
+  std::shared_ptr<const PieceSource> source_ = std::make_shared<PlainPieces>(String());
   LayoutStyle style_;
   int visibleHeight_ = 0;
   int inset_ = 0;
+  std::size_t rowLimit_ = 0;
   mutable Generation young_;
   mutable Generation old_;
   mutable std::size_t laidOutBytes_ = 0;
+  mutable std::optional<FlowPosition> end_;
   mutable std::optional<FlowPosition> last_;
 };
 

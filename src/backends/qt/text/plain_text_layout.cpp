@@ -20,19 +20,6 @@ constexpr int kTabSpaces = 8;
 constexpr qsizetype kLongestWord = 512;
 constexpr QChar kFirstMark(0x300);
 
-// True when a run of letters and signs is so long that it has no words to speak of. The search for the
-// boundaries of such a word takes time quadratic in its length.
-bool hasEndlessWord(const QString& text) {
-  qsizetype run = 0;
-  for (const QChar character : text) {
-    const bool isOfWord =
-        (character > u' ' && character < kFirstMark) || character == QChar::ReplacementCharacter;
-    run = isOfWord ? run + 1 : 0;
-    if (run > kLongestWord) return true;
-  }
-  return false;
-}
-
 QTextOption optionFor(const QString& text, const QFont& font) {
   const bool isRightToLeft = text.isRightToLeft();
   QTextOption option(isRightToLeft ? Qt::AlignRight | Qt::AlignAbsolute : Qt::AlignLeft | Qt::AlignAbsolute);
@@ -45,13 +32,32 @@ QTextOption optionFor(const QString& text, const QFont& font) {
 
 }  // namespace
 
+bool hasEndlessWord(const QString& text) {
+  qsizetype run = 0;
+  for (const QChar character : text) {
+    const bool isOfWord =
+        (character > u' ' && character < kFirstMark) || character == QChar::ReplacementCharacter;
+    run = isOfWord ? run + 1 : 0;
+    if (run > kLongestWord) return true;
+  }
+  return false;
+}
+
+std::pair<int, int> wordIn(const QString& text, int index) {
+  QTextBoundaryFinder finder(QTextBoundaryFinder::Word, text);
+  finder.setPosition(std::min<qsizetype>(index + 1, text.size()));
+  const auto begin = std::max<qsizetype>(finder.toPreviousBoundary(), 0);
+  const auto end = std::max(finder.toNextBoundary(), begin);
+  return {static_cast<int>(begin), static_cast<int>(end)};
+}
+
 int rowHeight(const QFont& font) {
   const double comfortable = QFontInfo(font).pixelSize() * kLineSpacing;
   return static_cast<int>(std::ceil(std::max(comfortable, QFontMetricsF(font).height())));
 }
 
-PieceLayout::PieceLayout(std::string_view text, const TextPiece& piece, const LayoutStyle& style)
-    : piece_(piece) {
+PlainPieceLayout::PlainPieceLayout(std::string_view text, const TextPiece& piece, const LayoutStyle& style)
+    : PieceLayout(piece) {
   layout_.setFont(style.font);
   layout_.setCacheEnabled(true);
   DrawnText shown = drawn(text.substr(piece.begin, piece.end - piece.begin), style.labelColor);
@@ -63,7 +69,7 @@ PieceLayout::PieceLayout(std::string_view text, const TextPiece& piece, const La
 }
 
 // A row keeps its baseline and height when a part of it comes from another font, unless that part needs more.
-void PieceLayout::breakIntoRows(const LayoutStyle& style) {
+void PlainPieceLayout::breakIntoRows(const LayoutStyle& style) {
   const QFontMetricsF metrics(style.font);
   const double spacing = (rowHeight(style.font) - metrics.height()) / 2;
   rowTops_ = {0};
@@ -78,57 +84,54 @@ void PieceLayout::breakIntoRows(const LayoutStyle& style) {
   layout_.endLayout();
 }
 
-bool PieceLayout::isRightToLeft() const { return layout_.text().isRightToLeft(); }
+bool PlainPieceLayout::isRightToLeft() const { return layout_.text().isRightToLeft(); }
 
-int PieceLayout::indexOf(std::size_t offset) const {
-  const std::size_t inside = std::clamp(offset, piece_.begin, piece_.end) - piece_.begin;
+int PlainPieceLayout::indexOf(std::size_t offset) const {
+  const std::size_t inside = std::clamp(offset, piece().begin, piece().end) - piece().begin;
   return static_cast<int>(std::lower_bound(offsets_.begin(), offsets_.end(), inside) - offsets_.begin());
 }
 
-std::size_t PieceLayout::offsetOf(int index) const {
-  return piece_.begin + offsets_[static_cast<std::size_t>(index)];
+std::size_t PlainPieceLayout::offsetOf(int index) const {
+  return piece().begin + offsets_[static_cast<std::size_t>(index)];
 }
 
-int PieceLayout::rowAt(double y) const {
+int PlainPieceLayout::rowAt(double y) const {
   const auto below = std::upper_bound(rowTops_.begin() + 1, rowTops_.end() - 1, y);
   return static_cast<int>(below - rowTops_.begin()) - 1;
 }
 
-int PieceLayout::rowOf(int index) const { return layout_.lineForTextPosition(index).lineNumber(); }
+int PlainPieceLayout::rowOf(int index) const { return layout_.lineForTextPosition(index).lineNumber(); }
 
-TextRange PieceLayout::rangeOf(int row) const {
+TextRange PlainPieceLayout::rangeOf(int row) const {
   const QTextLine line = layout_.lineAt(row);
   return {offsetOf(line.textStart()), offsetOf(line.textStart() + line.textLength())};
 }
 
-std::size_t PieceLayout::offsetAt(QPointF point) const {
+std::size_t PlainPieceLayout::offsetAt(QPointF point) const {
   const QTextLine line = layout_.lineAt(rowAt(point.y()));
   return offsetOf(line.xToCursor(point.x()));
 }
 
-std::size_t PieceLayout::characterAt(QPointF point) const {
+std::size_t PlainPieceLayout::characterAt(QPointF point) const {
   const QTextLine line = layout_.lineAt(rowAt(point.y()));
   return offsetOf(line.xToCursor(point.x(), QTextLine::CursorOnCharacter));
 }
 
-QRect PieceLayout::caretAt(std::size_t offset) const {
+QRect PlainPieceLayout::caretAt(std::size_t offset) const {
   const int index = indexOf(offset);
   const auto row = static_cast<std::size_t>(rowOf(index));
   const double x = layout_.lineAt(static_cast<int>(row)).cursorToX(index);
   return {static_cast<int>(x), rowTops_[row], 1, rowTops_[row + 1] - rowTops_[row]};
 }
 
-TextRange PieceLayout::rowAround(std::size_t offset) const { return rangeOf(rowOf(indexOf(offset))); }
+TextRange PlainPieceLayout::rowAround(std::size_t offset) const { return rangeOf(rowOf(indexOf(offset))); }
 
-TextRange PieceLayout::wordAround(std::size_t offset) const {
-  QTextBoundaryFinder finder(QTextBoundaryFinder::Word, layout_.text());
-  finder.setPosition(std::min<qsizetype>(indexOf(offset) + 1, layout_.text().size()));
-  const auto begin = std::max<qsizetype>(finder.toPreviousBoundary(), 0);
-  const auto end = std::max(finder.toNextBoundary(), begin);
-  return {offsetOf(static_cast<int>(begin)), offsetOf(static_cast<int>(end))};
+TextRange PlainPieceLayout::wordAround(std::size_t offset) const {
+  const auto [begin, end] = wordIn(layout_.text(), indexOf(offset));
+  return {offsetOf(begin), offsetOf(end)};
 }
 
-std::size_t PieceLayout::next(std::size_t offset, QTextLayout::CursorMode mode) const {
+std::size_t PlainPieceLayout::next(std::size_t offset, QTextLayout::CursorMode mode) const {
   const int last = static_cast<int>(offsets_.size()) - 1;
   for (int index = indexOf(offset); index < last;) {
     index = layout_.nextCursorPosition(index, mode);
@@ -137,7 +140,7 @@ std::size_t PieceLayout::next(std::size_t offset, QTextLayout::CursorMode mode) 
   return offset;
 }
 
-std::size_t PieceLayout::previous(std::size_t offset, QTextLayout::CursorMode mode) const {
+std::size_t PlainPieceLayout::previous(std::size_t offset, QTextLayout::CursorMode mode) const {
   for (int index = indexOf(offset); index > 0;) {
     index = layout_.previousCursorPosition(index, mode);
     if (offsetOf(index) < offset) return offsetOf(index);
@@ -145,12 +148,12 @@ std::size_t PieceLayout::previous(std::size_t offset, QTextLayout::CursorMode mo
   return offset;
 }
 
-bool PieceLayout::holdsBreak(TextRange selection) const {
-  return piece_.next > piece_.end && selection.begin <= piece_.end && selection.end >= piece_.next;
+bool PlainPieceLayout::holdsBreak(TextRange selection) const {
+  return piece().next > piece().end && selection.begin <= piece().end && selection.end >= piece().next;
 }
 
 // Characters of one direction are next to each other, those of the other start a strip of their own.
-void PieceLayout::addStrips(int row, int from, int to, std::vector<QRectF>& strips) const {
+void PlainPieceLayout::addStrips(int row, int from, int to, std::vector<QRectF>& strips) const {
   const QTextLine line = layout_.lineAt(row);
   const auto top = static_cast<std::size_t>(row);
   const double height = rowTops_[top + 1] - rowTops_[top];
@@ -163,13 +166,13 @@ void PieceLayout::addStrips(int row, int from, int to, std::vector<QRectF>& stri
   }
 }
 
-void PieceLayout::addRowStrip(int row, std::vector<QRectF>& strips) const {
+void PlainPieceLayout::addRowStrip(int row, std::vector<QRectF>& strips) const {
   const auto top = static_cast<std::size_t>(row);
   const QRectF text = layout_.lineAt(row).naturalTextRect();
   strips.emplace_back(text.left(), rowTops_[top], text.width(), rowTops_[top + 1] - rowTops_[top]);
 }
 
-void PieceLayout::addBreakStrip(int row, std::vector<QRectF>& strips) const {
+void PlainPieceLayout::addBreakStrip(int row, std::vector<QRectF>& strips) const {
   const auto top = static_cast<std::size_t>(row);
   const int height = rowTops_[top + 1] - rowTops_[top];
   const double x = layout_.lineAt(row).cursorToX(static_cast<int>(offsets_.size()) - 1);
@@ -177,7 +180,7 @@ void PieceLayout::addBreakStrip(int row, std::vector<QRectF>& strips) const {
   strips.emplace_back(isRightToLeft() ? x - width : x, rowTops_[top], width, height);
 }
 
-std::vector<QRectF> PieceLayout::marks(TextRange selection, int firstRow, int lastRow) const {
+std::vector<QRectF> PlainPieceLayout::marks(TextRange selection, int firstRow, int lastRow) const {
   const int from = indexOf(selection.begin);
   const int to = indexOf(selection.end);
   std::vector<QRectF> strips;
@@ -196,10 +199,10 @@ std::vector<QRectF> PieceLayout::marks(TextRange selection, int firstRow, int la
   return strips;
 }
 
-void PieceLayout::draw(QPainter& painter, QPoint origin, const QRect& clip, TextRange selection,
-                       const QPalette& palette) const {
+void PlainPieceLayout::draw(QPainter& painter, QPoint origin, const QRect& clip, TextRange selection,
+                            const QPalette& palette) const {
   QList<QTextLayout::FormatRange> selected;
-  if (selection.begin < piece_.next && selection.end > piece_.begin && !selection.isEmpty()) {
+  if (selection.begin < piece().next && selection.end > piece().begin && !selection.isEmpty()) {
     const int first = rowAt(clip.top() - origin.y());
     const int last = rowAt(clip.bottom() - origin.y());
     for (const QRectF& strip : marks(selection, first, last)) {

@@ -1,62 +1,38 @@
 #pragma once
 
-#include <QColor>
-#include <QFont>
 #include <QPointF>
 #include <QRect>
 #include <QTextLayout>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "backends/qt/text/plain_text_pieces.h"
-
-class QPainter;
-class QPalette;
+#include "backends/qt/text/piece_layout.h"
 
 namespace tarnix::qt {
 
-// How pieces are laid out. Sizes in device-independent pixels.
-struct LayoutStyle {
-  QFont font;
-  int width = 0;
-  QColor labelColor;  // Of what stands for control characters.
-
-  bool operator==(const LayoutStyle&) const = default;
-};
-
-// Height of a row of text that needs no other font than that of the style.
-int rowHeight(const QFont& font);
-
-// A piece of a text, decoded and broken into rows. Speaks of places as byte offsets into the whole text;
-// points and rectangles are relative to its own top left corner.
-class PieceLayout {
+// A piece of a plain text in one font.
+class PlainPieceLayout final : public PieceLayout {
  public:
-  PieceLayout(std::string_view text, const TextPiece& piece, const LayoutStyle& style);
+  PlainPieceLayout(std::string_view text, const TextPiece& piece, const LayoutStyle& style);
 
-  const TextPiece& piece() const { return piece_; }
-  int height() const { return rowTops_.back(); }
-  bool isRightToLeft() const;
-
-  // The place between two characters that is nearest to the point.
-  std::size_t offsetAt(QPointF point) const;
-  // The character under the point, or the nearest one of the row.
-  std::size_t characterAt(QPointF point) const;
-  // An upright line as high as its row, before the character at `offset`.
-  QRect caretAt(std::size_t offset) const;
-  TextRange rowAround(std::size_t offset) const;
-  TextRange rowAtHeight(int y) const { return rangeOf(rowAt(y)); }
-  TextRange wordAround(std::size_t offset) const;
-
-  // The next place for a caret; `offset` itself when there is none left in this piece.
-  std::size_t next(std::size_t offset, QTextLayout::CursorMode mode) const;
-  std::size_t previous(std::size_t offset, QTextLayout::CursorMode mode) const;
-
-  // Draws the rows that meet `clip`, with `selection` marked in the highlight colours. All in the coordinates
-  // of `painter`.
+  int height() const override { return rowTops_.back(); }
+  bool isRightToLeft() const override;
+  std::size_t rowCount() const override { return rowTops_.size() - 1; }
+  int rowBottom(std::size_t row) const override { return rowTops_[row + 1]; }
+  std::size_t offsetAt(QPointF point) const override;
+  std::size_t characterAt(QPointF point) const override;
+  QRect caretAt(std::size_t offset) const override;
+  TextRange rowAround(std::size_t offset) const override;
+  TextRange rowAtHeight(int y) const override { return rangeOf(rowAt(y)); }
+  TextRange wordAround(std::size_t offset) const override;
+  std::size_t next(std::size_t offset, QTextLayout::CursorMode mode) const override;
+  std::size_t previous(std::size_t offset, QTextLayout::CursorMode mode) const override;
   void draw(QPainter& painter, QPoint origin, const QRect& clip, TextRange selection,
-            const QPalette& palette) const;
+            const QPalette& palette) const override;
 
  private:
   void breakIntoRows(const LayoutStyle& style);
@@ -71,11 +47,30 @@ class PieceLayout {
   void addBreakStrip(int row, std::vector<QRectF>& strips) const;
   std::vector<QRectF> marks(TextRange selection, int firstRow, int lastRow) const;
 
-  TextPiece piece_;
   QTextLayout layout_;
   std::vector<std::uint32_t>
       offsets_;               // For each UTF-16 unit drawn, its source relative to the piece's begin.
   std::vector<int> rowTops_;  // One more than there are rows.
 };
+
+// A plain text, shared with whoever has it.
+class PlainPieces final : public PieceSource {
+ public:
+  explicit PlainPieces(String text) : text_(std::move(text)) {}
+  const String& text() const override { return text_; }
+  TextPiece pieceAt(std::size_t offset) const override { return qt::pieceAt(text_, offset); }
+  std::shared_ptr<const PieceLayout> layOut(const TextPiece& piece, const LayoutStyle& style) const override {
+    return std::make_shared<const PlainPieceLayout>(text_, piece, style);
+  }
+
+ private:
+  String text_;
+};
+
+// True when a run of letters and signs is so long that it has no words to speak of. The search for the
+// boundaries of such a word takes time quadratic in its length.
+bool hasEndlessWord(const QString& text);
+// The word, or what lies between two, around a character: where it begins and ends.
+std::pair<int, int> wordIn(const QString& text, int index);
 
 }  // namespace tarnix::qt

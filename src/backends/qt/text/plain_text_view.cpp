@@ -50,22 +50,36 @@ PlainTextView::PlainTextView(QWidget* parent) : QAbstractScrollArea(parent) {
 void PlainTextView::setText(String text) {
   if (text.sharesBytesWith(flow_.text())) return;
   const bool isOther = !isTakenForEqual(flow_.text(), text);
+  setPieces(std::make_shared<PlainPieces>(std::move(text)), isOther);
+}
+
+void PlainTextView::setPieces(std::shared_ptr<const PieceSource> pieces, bool isOtherText) {
   indexTimer_.stop();
-  index_ = Utf16Index(text);
-  flow_.setText(std::move(text));
-  if (isOther) {
+  index_ = Utf16Index(pieces->text());
+  flow_.setSource(std::move(pieces));
+  if (isOtherText) {
     selection_ = {};
     topRow_ = 0;
     top_ = flow_.first();
   }
   layOut();
-  if (isOther) announceText(*this);
+  if (isOtherText) announceText(*this);
+}
+
+void PlainTextView::setRowLimit(std::size_t rows) {
+  if (std::exchange(rowLimit_, rows) == rows) return;
+  flow_.setRowLimit(rows);
+  layOut();
+}
+
+LayoutStyle PlainTextView::layoutStyle() const {
+  return {font(), std::max(kLeastWidth, viewport()->width() - 2 * kInsetX),
+          palette().color(QPalette::PlaceholderText)};
 }
 
 void PlainTextView::layOut() {
   const bool isAtStart = top_ == flow_.first() || topRow_ == 0;
-  const LayoutStyle style{font(), std::max(kLeastWidth, viewport()->width() - 2 * kInsetX),
-                          palette().color(QPalette::PlaceholderText)};
+  const LayoutStyle style = layoutStyle();
   const bool isSameStyle = style == flow_.style();
   flow_.setStyle(style);
   flow_.setHeights(viewport()->height(), kInsetY);
@@ -209,7 +223,7 @@ void PlainTextView::resizeEvent(QResizeEvent*) { layOut(); }
 void PlainTextView::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   flow_.forEachVisible(top_, [&](const PieceLayout& layout, int y) {
-    const QRect area(0, y, viewport()->width(), layout.height());
+    const QRect area(0, y, viewport()->width(), flow_.shownHeight(layout));
     const QRect clip = area & event->rect();
     if (clip.isEmpty()) return;
     // Stacked marks reach beyond their row, but not into the next line.

@@ -3,6 +3,7 @@
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
 #include <optional>
+#include <utility>
 
 #include "backends/qt/text/plain_text_flow.h"
 #include "backends/qt/text/plain_text_index.h"
@@ -21,8 +22,10 @@ class PlainTextView : public QAbstractScrollArea {
   // Starts at the top with nothing selected, unless the text equals the one on show: then both stay. Texts of
   // more than 32 MB are taken for equal when size and the 16 MB at either end are; the bytes on show are the
   // new ones in any case.
-  void setText(String text);
+  virtual void setText(String text);
   const String& text() const { return flow_.text(); }
+  // Shows no more rows than these; 0, and more than `TextFlow::kMostLimitedRows`, is no limit.
+  void setRowLimit(std::size_t rows);
 
   TextRange selection() const { return selection_.range(); }
   // The end that moves with Shift and the arrow keys.
@@ -45,12 +48,21 @@ class PlainTextView : public QAbstractScrollArea {
   // In viewport coordinates; empty when out of sight.
   QRect caretRect(std::size_t offset) const;
 
+  // How the character at `offset` looks, and those around it that look the same, in the words of assistive
+  // tools; empty for a text without a look of its own.
+  virtual std::pair<QString, TextRange> lookAt(std::size_t) const { return {{}, {0, text().size()}}; }
+
   // Positions in UTF-16 units. The first call for a text starts the counting, which goes on in slices while
   // the event loop has nothing else to do, and then stops for good.
   const Utf16Index& positions();
   std::size_t laidOutBytes() const { return flow_.laidOutBytes(); }
 
  protected:
+  // Another source of the text on show; another text starts at the top with nothing selected.
+  void setPieces(std::shared_ptr<const PieceSource> pieces, bool isOtherText);
+  virtual LayoutStyle layoutStyle() const;
+  void layOut();
+
   bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
@@ -70,7 +82,6 @@ class PlainTextView : public QAbstractScrollArea {
  private:
   enum class Granularity { character, word, line };
 
-  void layOut();
   void setTop(FlowPosition top);
   void scrollBy(int pixels);
   void performScroll(int sliderAction);
@@ -101,6 +112,7 @@ class PlainTextView : public QAbstractScrollArea {
   double wheelRest_ = 0;
   double unitsPerByte_ = 1;
   bool isAdjustingBar_ = false;
+  std::size_t rowLimit_ = 0;
   quint64 doubleClickTime_ = 0;
   QPoint doubleClickPoint_;
 };

@@ -4,9 +4,10 @@
 #include <QHBoxLayout>
 #include <QMargins>
 #include <QPainter>
-#include <algorithm>
 #include <optional>
 #include <type_traits>
+
+#include "backends/qt/theme/colors.h"
 
 namespace tarnix::qt {
 namespace {
@@ -42,18 +43,6 @@ class WrappingOf : public Wrapping {
   QHBoxLayout* cell_;
 };
 
-// Components are taken as sRGB, or as grey where there is one of them.
-QColor colorOf(const Color& color, const QPalette& palette) {
-  if (const auto components = color.cgColor()) {
-    const auto& values = components->components();
-    const auto at = [&](std::size_t i) { return static_cast<float>(std::clamp(values.at(i), 0.0, 1.0)); };
-    if (values.size() == 4) return QColor::fromRgbF(at(0), at(1), at(2), at(3));
-    return values.size() == 2 ? QColor::fromRgbF(at(0), at(0), at(0), at(1)) : QColor();
-  }
-  if (color == Color::accentColor()) return palette.color(QPalette::Highlight);
-  return palette.color(color == Color::secondary() ? QPalette::PlaceholderText : QPalette::WindowText);
-}
-
 class PaddingWrapping : public WrappingOf<modifiers::Padding> {
   // Leading and trailing change sides where the desktop reads from the right.
   void showModifier(const modifiers::Padding& padding) override {
@@ -81,7 +70,7 @@ class BackgroundWrapping : public WrappingOf<modifiers::Background> {
     update();
   }
   void paintEvent(QPaintEvent*) override {
-    if (background_) QPainter(this).fillRect(rect(), colorOf(background_->color, palette()));
+    if (background_) QPainter(this).fillRect(rect(), colorOf(background_->color.nsColor(), palette()));
   }
 
   std::optional<modifiers::Background> background_;

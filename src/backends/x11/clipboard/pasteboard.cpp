@@ -5,6 +5,8 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/appkit/rich_text/conversions.h"
+
 namespace tarnix::x11 {
 namespace {
 
@@ -28,7 +30,8 @@ Pasteboard::Pasteboard(std::shared_ptr<Connection> connection, Survey survey, co
       limits_(limits),
       owner_(connection_),
       requestor_(connection_),
-      names_(connection_) {
+      names_(connection_),
+      conversion_(connection_->loop()) {
   observe();
 }
 
@@ -90,8 +93,7 @@ AnyCancellable Pasteboard::whenSettled(std::function<void()> settled) const {
 }
 
 int Pasteboard::clearContents() {
-  snapshot_.reset();
-  round_.reset();
+  abandonRound();
   nextFetch_.cancel();
   emptied_.cancel();
   written_ = std::make_shared<OwnItem>();
@@ -108,8 +110,7 @@ bool Pasteboard::setString(const String& text, const PasteboardType& type) {
 }
 
 void Pasteboard::ownerChanged(const xcb_xfixes_selection_notify_event_t& change) {
-  snapshot_.reset();
-  round_.reset();
+  abandonRound();
   if (change.owner == XCB_WINDOW_NONE) return ownerLost(change);
   emptied_.cancel();
   // It was not lost in between, so that nothing new is to be learnt of its owner.
@@ -179,9 +180,9 @@ void Pasteboard::fetch(bool isFirst) {
   round_ = std::make_shared<Round>();
   round_->isFirst = isFirst;
   const auto take = [this](Content content) {
-    round_->content = std::move(content);
     snapshot_.reset();
-    finishRound();
+    if (content.html) return makeRtf(std::move(content));
+    takeContent(std::move(content));
   };
   snapshot_ = std::make_unique<Snapshot>(requestor_, names_, nextFetchTime_, limits_, take);
   if (!survey_) {
@@ -195,6 +196,27 @@ void Pasteboard::fetch(bool isFirst) {
     round->isSurveyed = true;
     finishRound();
   });
+}
+
+// Programs that read RTF find it wherever there is HTML.
+void Pasteboard::makeRtf(Content content) {
+  conversion_.run([this, content = std::make_shared<Content>(std::move(content))] {
+    content->rtf = rtfFromHtml(*content->html);
+    content->isRtfMade = content->rtf.has_value();
+    content->html.reset();
+    return [this, content] { takeContent(std::move(*content)); };
+  });
+}
+
+void Pasteboard::takeContent(Content content) {
+  round_->content = std::move(content);
+  finishRound();
+}
+
+void Pasteboard::abandonRound() {
+  snapshot_.reset();
+  conversion_.cancel();
+  round_.reset();
 }
 
 void Pasteboard::finishRound() {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "backends/x11/clipboard/background_work.h"
 #include "backends/x11/clipboard/ownership.h"
 #include "backends/x11/clipboard/pasteboard_items.h"
 #include "backends/x11/clipboard/requestor.h"
@@ -67,6 +68,9 @@ class Pasteboard : public NSPasteboard {
   void fetchSoon(xcb_timestamp_t time);
   void fetch(bool isFirst = false);
   void finishRound();
+  void makeRtf(Content content);
+  void takeContent(Content content);
+  void abandonRound();
   void takeFirst(PasteboardItems items);
   std::optional<String> sourceOfRound() const;
   bool isSettled() const { return !round_ && !nextFetch_ && !emptied_; }
@@ -105,6 +109,7 @@ class Pasteboard : public NSPasteboard {
   RunLoop::Subscription emptied_;       // Until then somebody may still take over what was lost.
   std::optional<RunLoop::Instant> lastFetch_;
   std::unique_ptr<Snapshot> snapshot_;
+  BackgroundWork conversion_;
   std::shared_ptr<Round> round_;  // Present from the start of a fetch until its content is published.
   RunLoop::Subscription nextFetch_;
   xcb_timestamp_t nextFetchTime_ = XCB_CURRENT_TIME;

@@ -66,7 +66,8 @@ PasteboardItems itemsOf(Content content, TypeMapping& mapping) {
   const auto types = mapping.typesOf(content.targets, {.areFilesKnown = content.files.has_value(),
                                                        .hasPaths = hasPaths,
                                                        .hasOtherUris = files.hasOthers,
-                                                       .hasText = content.text.has_value()});
+                                                       .hasText = content.text.has_value(),
+                                                       .hasMadeRtf = content.isRtfMade});
   if (types->empty()) return {};
   const auto firstPath = hasPaths ? std::optional(files.paths.front()) : std::nullopt;
   PasteboardItems items;

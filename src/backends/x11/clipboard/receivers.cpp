@@ -45,7 +45,7 @@ void TextReceiver::append(std::string_view bytes) {
 std::optional<String> TextReceiver::take() { return decoder_ ? decoder_->finish() : std::nullopt; }
 
 std::optional<TextEncoding> TextReceiver::encodingOf(xcb_atom_t type) const {
-  if (type == target_) return encodingOfTarget_;
+  if (type == target_ || encodingOfTarget_ == TextEncoding::asItIs) return encodingOfTarget_;
   const auto known = textTargetOf(atoms_.nameOf(type));
   return known ? std::optional(known->encoding) : std::nullopt;
 }

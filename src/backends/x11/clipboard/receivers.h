@@ -26,7 +26,8 @@ class AtomListReceiver : public Receiver {
 };
 
 // Text, decoded as it arrives. Its encoding is decided by the type that the owner answers with, which must be
-// the target that was asked for, whose encoding is given, or one of the types that stand for text.
+// the target that was asked for, whose encoding is given, or one of the types that stand for text; what is
+// taken as it is may have any type.
 class TextReceiver : public Receiver {
  public:
   TextReceiver(const Atoms& atoms, xcb_atom_t target, TextEncoding encoding)

@@ -30,7 +30,7 @@ bool isOneOf(const Connection& connection, const Names& names, xcb_atom_t target
 }  // namespace
 
 SelectionOwner::SelectionOwner(std::shared_ptr<Connection> connection)
-    : connection_(std::move(connection)), window_(connection_) {
+    : connection_(std::move(connection)), window_(connection_), work_(connection_->loop()) {
   listen(XCB_SELECTION_REQUEST, &SelectionOwner::answer);
   listen(XCB_SELECTION_CLEAR, &SelectionOwner::noteClear);
   listen(XCB_SELECTION_NOTIFY, &SelectionOwner::noteAnswer);
@@ -47,6 +47,9 @@ void SelectionOwner::listen(int type, void (SelectionOwner::*handler)(const Even
 
 // Writing nothing to a property of our own makes the server tell the time (ICCCM, section 2.1).
 void SelectionOwner::claim(std::shared_ptr<NSPasteboardItem> item) {
+  for (const auto& request : std::exchange(waiting_, {})) notify(request, XCB_ATOM_NONE);
+  work_.cancel();
+  forms_.reset();
   item_ = std::move(item);
   isClaiming_ = true;
   xcb_change_property(connection_->xcb(), XCB_PROP_MODE_APPEND, window_.id(), atom("TARNIX_TIME"),
@@ -86,6 +89,11 @@ void SelectionOwner::noteDestruction(const xcb_destroy_notify_event_t& destructi
 }
 
 void SelectionOwner::answer(const xcb_selection_request_event_t& request) {
+  if (mayAnswer(request) && waitsForForms(request.target)) return awaitForms(request);
+  answerNow(request);
+}
+
+void SelectionOwner::answerNow(const xcb_selection_request_event_t& request) {
   if (!mayAnswer(request)) return notify(request, XCB_ATOM_NONE);
   if (request.target == atom("MULTIPLE")) return convertMultiple(request);
   // Clients from before the convention leave the property out.
@@ -118,12 +126,43 @@ std::vector<xcb_atom_t> SelectionOwner::targets() const {
   if (item_->stringForType(types::rtf)) {
     for (const std::string_view name : kRtfTargets) list.push_back(atom(name));
   }
-  if (const std::optional<String> text = item_->stringForType(types::text)) {
+  if (isRtfAlone()) list.push_back(atom("text/html"));
+  const std::optional<String> text = plainText();
+  if (text || isRtfAlone()) {
     for (const std::string_view name : kTextTargets) list.push_back(atom(name));
-    if (isTextLatin1(*text)) list.push_back(XCB_ATOM_STRING);
   }
+  if (text && isTextLatin1(*text)) list.push_back(XCB_ATOM_STRING);
   if (item_->stringForType(types::source)) list.push_back(atom("org.nspasteboard.source"));
   return list;
+}
+
+bool SelectionOwner::isRtfAlone() const {
+  return item_->stringForType(types::rtf) && !item_->stringForType(types::text);
+}
+
+bool SelectionOwner::waitsForForms(xcb_atom_t target) const {
+  const bool isAtHand = isOneOf(*connection_, kRtfTargets, target) || target == atom("TARGETS") ||
+                        target == atom("TIMESTAMP") || target == atom("org.nspasteboard.source");
+  return !isAtHand && isRtfAlone() && !forms_;
+}
+
+void SelectionOwner::awaitForms(const xcb_selection_request_event_t& request) {
+  if (waiting_.size() >= kMostTransfers) return notify(request, XCB_ATOM_NONE);
+  waiting_.push_back(request);
+  if (waiting_.size() > 1) return;
+  work_.run([this, rtf = *item_->stringForType(types::rtf)] {
+    return [this, forms = formsOfRtf(rtf)] { takeForms(forms); };
+  });
+}
+
+void SelectionOwner::takeForms(std::optional<RichTextForms> forms) {
+  forms_ = std::move(forms).value_or(RichTextForms());
+  for (const auto& request : std::exchange(waiting_, {})) answerNow(request);
+}
+
+std::optional<String> SelectionOwner::plainText() const {
+  if (const auto text = item_->stringForType(types::text)) return text;
+  return forms_ && isRtfAlone() ? std::optional(forms_->plainText) : std::nullopt;
 }
 
 std::optional<Payload> SelectionOwner::payloadFor(xcb_atom_t target) const {
@@ -132,7 +171,11 @@ std::optional<Payload> SelectionOwner::payloadFor(xcb_atom_t target) const {
   };
   if (isOneOf(*connection_, kRtfTargets, target)) return payload(item_->stringForType(types::rtf), target);
   if (target == atom("org.nspasteboard.source")) return payload(item_->stringForType(types::source), target);
-  const std::optional<String> text = item_->stringForType(types::text);
+  if (target == atom("text/html")) {
+    const bool hasHtml = isRtfAlone() && forms_ && !forms_->html.empty();
+    return payload(hasHtml ? std::optional(forms_->html) : std::nullopt, target);
+  }
+  const std::optional<String> text = plainText();
   if (target == atom("TEXT")) return payload(text, atom("UTF8_STRING"));
   if (isOneOf(*connection_, kTextTargets, target)) return payload(text, target);
   if (target != XCB_ATOM_STRING || !text || !isTextLatin1(*text)) return std::nullopt;

@@ -7,10 +7,12 @@
 #include <optional>
 #include <vector>
 
+#include "backends/x11/clipboard/background_work.h"
 #include "backends/x11/clipboard/outgoing_transfer.h"
 #include "backends/x11/connection/connection.h"
 #include "backends/x11/connection/hidden_window.h"
 #include "platform/appkit/pasteboard.h"
+#include "platform/appkit/rich_text/conversions.h"
 
 namespace tarnix::x11 {
 
@@ -41,12 +43,18 @@ class SelectionOwner {
   void noteDestruction(const xcb_destroy_notify_event_t& destruction);
 
   void answer(const xcb_selection_request_event_t& request);
+  void answerNow(const xcb_selection_request_event_t& request);
   bool mayAnswer(const xcb_selection_request_event_t& request) const;
   bool convert(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
   void convertMultiple(const xcb_selection_request_event_t& request);
   void answerMultiple(const xcb_selection_request_event_t& request, const xcb_get_property_reply_t* reply);
   void notify(const xcb_selection_request_event_t& request, xcb_atom_t property);
   std::vector<xcb_atom_t> targets() const;
+  bool isRtfAlone() const;
+  bool waitsForForms(xcb_atom_t target) const;
+  void awaitForms(const xcb_selection_request_event_t& request);
+  void takeForms(std::optional<RichTextForms> forms);
+  std::optional<String> plainText() const;
   std::optional<Payload> payloadFor(xcb_atom_t target) const;
   bool isTextLatin1(const String& text) const;
   bool send(xcb_window_t requestor, xcb_atom_t property, Payload payload);
@@ -58,6 +66,10 @@ class SelectionOwner {
   std::shared_ptr<Connection> connection_;
   HiddenWindow window_;
   std::shared_ptr<NSPasteboardItem> item_;
+  // What RTF that stands alone is in other forms, once one of them was asked for; empty for what is no RTF.
+  std::optional<RichTextForms> forms_;
+  std::vector<xcb_selection_request_event_t> waiting_;  // For the forms.
+  BackgroundWork work_;
   bool isClaiming_ = false;
   bool isOwner_ = false;
   xcb_timestamp_t acquired_ = XCB_CURRENT_TIME;

@@ -20,6 +20,7 @@ constexpr std::size_t kMostUnknownNames = 256;
 constexpr std::size_t kHintLimit = 64;
 constexpr std::size_t kSourceLimit = 4096;
 constexpr std::size_t kFilesLimit = std::size_t{32} << 20;
+constexpr std::size_t kHtmlLimit = std::size_t{4} << 20;
 constexpr std::string_view kHint = "x-kde-passwordManagerHint";
 constexpr std::string_view kCopiedFiles = "x-special/gnome-copied-files";
 
@@ -65,8 +66,7 @@ void Snapshot::takeTargets(Outcome outcome) {
   if (outcome == Outcome::refused) return askWithoutTargets();
   if (outcome != Outcome::complete) return finishUnread();
   offered_ = atomList_->take();
-  const bool isHinted = std::find(offered_.begin(), offered_.end(), atom(kHint)) != offered_.end();
-  if (isHinted) return askForSecret();
+  if (isOffered(kHint)) return askForSecret();
   askForNames();
 }
 
@@ -109,9 +109,17 @@ void Snapshot::takeNames(const std::vector<xcb_atom_t>& atoms, const std::vector
   }
   addTextWish(atoms, names);
   addWish(nullptr, {"text/uri-list", kCopiedFiles}, TextEncoding::utf8);
-  addWish(&Content::rtf, {"text/rtf", "application/rtf", "text/richtext"}, TextEncoding::utf8OrLatin1);
+  const std::initializer_list<std::string_view> rtf = {"text/rtf", "application/rtf", "text/richtext"};
+  const bool hasRtf =
+      std::any_of(rtf.begin(), rtf.end(), [this](std::string_view target) { return isOffered(target); });
+  addWish(&Content::rtf, rtf, TextEncoding::utf8OrLatin1);
+  if (!hasRtf) addWish(&Content::html, {"text/html"}, TextEncoding::asItIs);
   addWish(&Content::source, {"org.nspasteboard.source"}, TextEncoding::utf8);
   fetchNext();
+}
+
+bool Snapshot::isOffered(std::string_view target) const {
+  return std::find(offered_.begin(), offered_.end(), atom(target)) != offered_.end();
 }
 
 void Snapshot::addTextWish(const std::vector<xcb_atom_t>& atoms, const std::vector<String>& names) {
@@ -128,10 +136,14 @@ void Snapshot::addTextWish(const std::vector<xcb_atom_t>& atoms, const std::vect
 void Snapshot::addWish(Field field, std::initializer_list<std::string_view> targets, TextEncoding encoding) {
   Wish wish{field, {}};
   for (const std::string_view target : targets) {
-    const bool isOffered = std::find(offered_.begin(), offered_.end(), atom(target)) != offered_.end();
-    if (isOffered) wish.candidates.push_back({atom(target), encoding});
+    if (isOffered(target)) wish.candidates.push_back({atom(target), encoding});
   }
   if (!wish.candidates.empty()) wishes_.push_back(std::move(wish));
+}
+
+std::size_t Snapshot::byteLimitOf(Field field) {
+  if (field == &Content::source) return kSourceLimit;
+  return field == &Content::html ? kHtmlLimit : kByteLimit;
 }
 
 void Snapshot::fetchNext() {
@@ -149,7 +161,7 @@ void Snapshot::fetchNext() {
     return fetch(*files_, question, &Snapshot::takeFiles);
   }
   text_.emplace(atoms, candidate.target, candidate.encoding);
-  question.byteLimit = wish.field == &Content::source ? kSourceLimit : kByteLimit;
+  question.byteLimit = byteLimitOf(wish.field);
   fetch(*text_, question, &Snapshot::takeText);
 }
 

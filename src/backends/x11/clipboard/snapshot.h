@@ -28,6 +28,8 @@ struct Content {
   // Absent where not offered, or not delivered within the limits.
   std::optional<String> text;
   std::optional<String> rtf;
+  bool isRtfMade = false;      // Of what is offered, which it is not itself.
+  std::optional<String> html;  // Its bytes, whatever they encode. Asked for only where no RTF is offered.
   std::optional<UriList> files;
   std::optional<String> source;
 };
@@ -61,6 +63,7 @@ class Snapshot {
     std::deque<Candidate> candidates;
   };
 
+  static std::size_t byteLimitOf(Field field);
   xcb_atom_t atom(std::string_view name) const;
   void askForTargets();
   void takeTargets(Transfer::Outcome outcome);
@@ -69,6 +72,7 @@ class Snapshot {
   void takeSecret(Transfer::Outcome outcome);
   void askForNames();
   void takeNames(const std::vector<xcb_atom_t>& atoms, const std::vector<String>& names);
+  bool isOffered(std::string_view target) const;
   void addTextWish(const std::vector<xcb_atom_t>& atoms, const std::vector<String>& names);
   void addWish(Field field, std::initializer_list<std::string_view> targets, TextEncoding encoding);
   void fetchNext();

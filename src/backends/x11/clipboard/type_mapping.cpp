@@ -182,6 +182,7 @@ TypeMapping::TypeList TypeMapping::typesOf(std::span<const String> targets, cons
                    [](const Ranked& a, const Ranked& b) { return a.rank < b.rank; });
   std::vector<PasteboardType> list;
   for (Ranked& entry : ranked) list.push_back(std::move(entry.type));
+  if (findings.hasMadeRtf) list.push_back(types::rtf);
   return listOf(std::move(list));
 }
 

@@ -37,10 +37,12 @@ class TypeMapping {
     bool hasPaths = false;
     bool hasOtherUris = false;
     bool hasText = false;
+    bool hasMadeRtf = false;  // There is RTF, which the owner does not offer.
   };
 
-  // Each type once: files, links, RTF, HTML, images, PDF, plain text, then everything else as offered.
-  // Targets that are no content (TARGETS, DELETE and the like) are left out. Equal lists are the same list.
+  // Each type once: files, links, RTF, HTML, images, PDF, plain text, then everything else as offered, and
+  // last RTF that was made of something else. Targets that are no content (TARGETS, DELETE and the like) are
+  // left out. Equal lists are the same list.
   TypeList typesOf(std::span<const String> targets, const Findings& findings);
   // A list of these very types.
   TypeList listOf(std::vector<NSPasteboard::PasteboardType> types);

@@ -29,6 +29,7 @@ constexpr std::array kNames{
     "text/plain;charset=utf-8"sv,
     "text/plain;charset=UTF-8"sv,
     "text/plain;charset=utf-16"sv,
+    "text/html"sv,
     "text/rtf"sv,
     "application/rtf"sv,
     "text/richtext"sv,

@@ -39,6 +39,8 @@ void TextDecoder::append(std::string_view bytes) {
       return appendUtf16(bytes);
     case TextEncoding::latin1:
       return appendLatin1(bytes);
+    case TextEncoding::asItIs:
+      return text_.append(bytes);
     case TextEncoding::compoundText:
       isUndecodable_ = text_.size() + bytes.size() > kMostCompoundText;
       if (!isUndecodable_) text_.append(bytes);
@@ -49,6 +51,7 @@ std::optional<String> TextDecoder::finish() {
   if (isUndecodable_) return std::nullopt;
   if (encoding_ == TextEncoding::utf8OrLatin1) return finishUtf8OrLatin1();
   if (encoding_ == TextEncoding::compoundText) return decodeCompoundText(withoutEnd(text_.view()));
+  if (encoding_ == TextEncoding::asItIs) return text_.take();
   if (pendingSize_ > 0 || highSurrogate_ != 0) appendReplacement();
   if (text_.view().ends_with('\0')) text_.truncate(text_.size() - 1);
   return text_.take();

@@ -19,6 +19,7 @@ enum class TextEncoding {
   utf16LittleEndian,
   utf16BigEndian,
   compoundText,  // See `decodeCompoundText`; at most 16 MiB.
+  asItIs,        // The bytes themselves, for a reader that finds out.
 };
 
 // Makes UTF-8 text of bytes that arrive in pieces, cut anywhere. A leading byte order mark and one trailing

@@ -59,8 +59,6 @@ std::string nameOf(int number) {
       return "windows-950-2000";
     case 874:
       return "windows-874-2000";
-    case 1361:
-      return "ibm-1363_P11B-1998";
     default:
       return (number >= 1250 && number <= 1258 ? "windows-" : "ibm-") + std::to_string(number);
   }
@@ -92,21 +90,25 @@ std::optional<CodePage> CodePage::labelled(std::string_view label) {
 
 void CodePage::decode(std::string_view bytes, std::string& to) const {
   ucnv_reset(converter_->converter);
+  // Some converters make a substitute of a byte that is no character.
+  const bool hasSubstitutes = bytes.find('\x1A') == std::string_view::npos;
   const char* from = bytes.data();
-  const char* const end = from + bytes.size();
   std::array<UChar, 512> piece;
+  UChar lead = 0;  // The first half of a character that lies in two pieces.
   UErrorCode error = U_BUFFER_OVERFLOW_ERROR;
   while (error == U_BUFFER_OVERFLOW_ERROR) {
     error = U_ZERO_ERROR;
     UChar* unit = piece.data();
-    ucnv_toUnicode(converter_->converter, &unit, piece.data() + piece.size(), &from, end, nullptr, true,
-                   &error);
-    for (const UChar* at = piece.data(); at < unit;) {
-      // Two units of one character may lie in two pieces only if the converter splits them, which it does
-      // not.
-      UChar32 c = *at++;
-      if (U16_IS_LEAD(c) && at < unit && U16_IS_TRAIL(*at)) c = U16_GET_SUPPLEMENTARY(c, *at++);
-      to += Utf8Bytes(static_cast<char32_t>(c));
+    ucnv_toUnicode(converter_->converter, &unit, piece.data() + piece.size(), &from,
+                   bytes.data() + bytes.size(), nullptr, true, &error);
+    for (const UChar* at = piece.data(); at < unit; ++at) {
+      if (U16_IS_LEAD(*at)) {
+        lead = *at;
+        continue;
+      }
+      char32_t c = U16_IS_TRAIL(*at) ? static_cast<char32_t>(U16_GET_SUPPLEMENTARY(lead, *at)) : *at;
+      if (c == 0x1A && hasSubstitutes) c = kReplacementCharacter;
+      to += Utf8Bytes(c);
     }
   }
 }

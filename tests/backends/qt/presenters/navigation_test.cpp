@@ -8,6 +8,7 @@
 
 #include "backends/qt/rows/row_view.h"
 #include "backends/qt/stage.h"
+#include "contract/text_host.h"
 #include "platform/appkit/application.h"
 
 namespace tarnix::qt {
@@ -55,7 +56,7 @@ TEST(NavigationView, isReadAndWalkedThroughFromTheSidebarOn) {
   Stage stage;
   std::optional<UUID> selection;
   String search;
-  stage.show(navigation(sidebarOf(selection, search), TextView("detail")));
+  stage.show(navigation(sidebarOf(selection, search), test::TextHost{"detail"}));
   const auto* const split = stage.window().findChild<QSplitter*>();
   auto* const tree = QAccessible::queryAccessibleInterface(const_cast<QSplitter*>(split));
   EXPECT_EQ(tree->child(0)->object(), split->widget(0));

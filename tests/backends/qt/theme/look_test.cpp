@@ -14,6 +14,7 @@
 #include "backends/qt/theme/symbols.h"
 #include "backends/qt/theme/text.h"
 #include "backends/qt/theme/theme.h"
+#include "contract/text_host.h"
 
 namespace tarnix::qt {
 namespace {
@@ -93,7 +94,7 @@ class DrawnLook : public testing::TestWithParam<std::tuple<ColorScheme, const ch
              Toggle("", bindingTo(isOn_))
                  .toggleStyle(modifiers::ToggleStyle::switchControl)
                  .accessibilityLabel("Switch")}),
-        VStack({Button([] {}, Text("MMM")), TextView("text")})));
+        VStack({Button([] {}, Text("MMM")), test::TextHost{"text"}})));
   }
   ~DrawnLook() override { QApplication::setPalette(former_); }
 

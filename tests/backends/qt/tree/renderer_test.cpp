@@ -3,6 +3,7 @@
 #include <QAbstractScrollArea>
 
 #include "backends/qt/stage.h"
+#include "contract/text_host.h"
 
 namespace tarnix::qt {
 namespace {
@@ -24,13 +25,13 @@ TEST(Renderer, placesOfTheSameKindKeepTheirWidgets) {
 TEST(Renderer, anotherIdentityStartsAfresh) {
   Stage stage;
   const UUID one = UUID::random();
-  stage.show(VStack({TextView("same").id(one)}));
+  stage.show(VStack({View(test::TextHost{"same"}).id(one)}));
   const QWidget* first = stage.window().findChild<QAbstractScrollArea*>();
-  stage.show(VStack({TextView("other").id(one)}));
+  stage.show(VStack({View(test::TextHost{"other"}).id(one)}));
   EXPECT_EQ(stage.window().findChild<QAbstractScrollArea*>(), first);
   bool isGone = false;
   QObject::connect(first, &QObject::destroyed, first, [&] { isGone = true; });
-  stage.show(VStack({TextView("other").id(UUID::random())}));
+  stage.show(VStack({View(test::TextHost{"other"}).id(UUID::random())}));
   EXPECT_TRUE(isGone);
 }
 

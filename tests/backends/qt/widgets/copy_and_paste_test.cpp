@@ -10,6 +10,7 @@
 #include "backends/qt/stage.h"
 #include "backends/qt/text/plain_text_view.h"
 #include "backends/qt/widgets/search_field.h"
+#include "backends/qt/widgets/text_editor.h"
 
 namespace {
 int usesOfTheToolkitsClipboard = 0;
@@ -112,6 +113,45 @@ TEST_F(CopyAndPaste, goThroughThePasteboardByMouseAndMenu) {
   view.selectAll();
   menuOf(*view.viewport())[0]->trigger();
   EXPECT_EQ(copied(), String("some text"));
+}
+
+TEST_F(CopyAndPaste, goThroughThePasteboardInTheEditor) {
+  TextEditor editor;
+  editor.setText("one two\nthree");
+  editor.show();
+  editor.setFocus();
+  const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(&editor, key, modifiers);
+  };
+  press(Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+  press(Qt::Key_X, Qt::ControlModifier);
+  EXPECT_EQ(copied(), String("one "));
+  press(Qt::Key_A, Qt::ControlModifier);
+  press(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(copied(), String("two\nthree"));
+  press(Qt::Key_End, Qt::ControlModifier);
+  press(Qt::Key_V, Qt::ControlModifier);
+  press(Qt::Key_Backspace);
+  press(Qt::Key_Home, Qt::ShiftModifier);
+  press(Qt::Key_Delete);
+  QTest::keyClicks(&editor, "x");
+  EXPECT_EQ(editor.toPlainText(), "two\nthreetwo\nx");
+  QTest::mouseDClick(editor.viewport(), Qt::LeftButton, {}, QPoint(20, 20));
+  QTest::mouseClick(editor.viewport(), Qt::MiddleButton, {}, QPoint(40, 15));
+  EXPECT_EQ(editor.textCursor().selectedText(), "two");
+  for (QAction* const each : menuOf(*editor.viewport())) {
+    const QString title = each->text().remove('&');
+    if (title == "Cut" || title == "Paste" || title == "Select All") each->trigger();
+  }
+  EXPECT_EQ(editor.toPlainText(), "two\nthreetwo\nx");
+  EXPECT_FALSE(editor.acceptDrops());
+  pasteboard().setUnreadable(true);
+  editor.moveCursor(QTextCursor::End);
+  press(Qt::Key_Insert, Qt::ShiftModifier);
+  QTest::keyClicks(&editor, "y");
+  pasteboard().write({textItem("[late]")});
+  pasteboard().settle();
+  EXPECT_THAT(editor.toPlainText().toStdString(), ::testing::HasSubstr("[late]"));
 }
 
 TEST_F(CopyAndPaste, whatIsStillToComeArrivesWhereTheCursorWas) {

@@ -3,6 +3,7 @@
 #include "backends/x11/desktop.h"
 #include "backends/x11/peer.h"
 #include "capture/clipboard_item.h"
+#include "platform/appkit/rich_text/rtf_reader.h"
 
 namespace tarnix::x11 {
 namespace {
@@ -245,6 +246,26 @@ TEST_F(PasteboardReading, goesSilentWhenTheServerIsLost) {
   EXPECT_EQ(text(), "mine");
   EXPECT_FALSE(pasteboard->handOver());
   EXPECT_FALSE(loop.nextDue());
+}
+
+TEST_F(PasteboardReading, madeOfHtmlRtfStandsBehindWhatIsOffered) {
+  const Command html{"xclip", "-selection", "clipboard", "-t", "text/html", "-i"};
+  ASSERT_TRUE(copy(html, "<p>some <b>bold</b> caf\xE9</p>"));
+  EXPECT_EQ(types().back(), "public.rtf");
+  EXPECT_THAT(types(), ::testing::Contains("public.html"));
+  const auto rtf = pasteboard->stringForType(NSPasteboardTypeRTF);
+  ASSERT_TRUE(rtf.has_value());
+  const auto text = attributedStringFromRtf(*rtf);
+  ASSERT_TRUE(text.has_value());
+  EXPECT_EQ(text->string(), String("some bold caf\xC3\xA9"));
+  EXPECT_TRUE(text->attributesOf(text->runs()[1]).font.isBold);
+
+  // A picture alone, and what is too long, stay what they are.
+  ASSERT_TRUE(copy(html, "<img src='file:///etc/passwd'>"));
+  EXPECT_THAT(types(), ElementsAre("public.html"));
+  ASSERT_TRUE(copy(html, "<p>" + std::string(5'000'000, 'x')));
+  EXPECT_THAT(types(), ElementsAre("public.html"));
+  EXPECT_EQ(pasteboard->stringForType(NSPasteboardTypeRTF), std::nullopt);
 }
 
 }  // namespace

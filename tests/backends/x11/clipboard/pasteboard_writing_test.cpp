@@ -58,18 +58,47 @@ TEST_F(PasteboardWriting, offersWhatItsContentCanBe) {
   askAndWait(peer, "STRING", "P");
   EXPECT_EQ(peer.notified.back(), "none");
 
-  write("{\\rtf1}", NSPasteboardTypeRTF);
+  write("no rtf", NSPasteboardTypeRTF);
   settle();
-  askAndWait(peer, "TARGETS", "P");
-  EXPECT_THAT(namesIn(peer, peer.read("P").bytes),
-              UnorderedElementsAre("TARGETS", "TIMESTAMP", "MULTIPLE", "text/rtf", "application/rtf"));
   askAndWait(peer, "UTF8_STRING", "P");
+  EXPECT_EQ(peer.read("P").bytes, "");
+  askAndWait(peer, "text/html", "P");
   EXPECT_EQ(peer.notified.back(), "none");
 
   pasteboard->clearContents();
   settle();
   askAndWait(peer, "TARGETS", "P");
   EXPECT_EQ(namesIn(peer, peer.read("P").bytes).size(), 3U);
+}
+
+TEST_F(PasteboardWriting, offersRtfAloneInTheFormsThatOtherProgramsRead) {
+  Peer peer(server.display(), loop);
+  write("{\\rtf1 some {\\b bold}\\par caf\\u233 e}", NSPasteboardTypeRTF);
+  settle();
+  askAndWait(peer, "TARGETS", "P");
+  EXPECT_THAT(
+      namesIn(peer, peer.read("P").bytes),
+      UnorderedElementsAre("TARGETS", "TIMESTAMP", "MULTIPLE", "text/rtf", "application/rtf", "text/html",
+                           "UTF8_STRING", "text/plain;charset=utf-8", "text/plain", "TEXT"));
+  // Programs of other makers: one that reads HTML, one that reads text, and one that reads Latin-1 only.
+  const std::string html = pastedAs("text/html");
+  EXPECT_NE(html.find("font-weight: bold\">bold</span>"), std::string::npos) << html;
+  EXPECT_EQ(pastedAs("UTF8_STRING"), "some bold\ncaf\xC3\xA9");
+  EXPECT_EQ(pastedAs("STRING"), "some bold\ncaf\xE9");
+  EXPECT_EQ(pastedAs("text/rtf"), "{\\rtf1 some {\\b bold}\\par caf\\u233 e}");
+  peer.write("PAIRS", {"ATOM_PAIR", 32, peer.atomBytes({"UTF8_STRING", "A", "text/html", "B"})});
+  askAndWait(peer, "MULTIPLE", "PAIRS");
+  EXPECT_EQ(peer.read("A").bytes, "some bold\ncaf\xC3\xA9");
+
+  // What was asked for of a content that is gone by then is refused, not answered with the next one's.
+  write("{\\rtf1 first}", NSPasteboardTypeRTF);
+  settle();
+  const std::size_t answers = peer.notified.size();
+  peer.ask("UTF8_STRING", "Q", 0);
+  write("{\\rtf1 second}", NSPasteboardTypeRTF);
+  ASSERT_TRUE(runUntil([&] { return peer.notified.size() > answers; }));
+  settle();
+  EXPECT_EQ(pastedAs("UTF8_STRING"), "second");
 }
 
 TEST_F(PasteboardWriting, answersTheConventionsQuestions) {
