@@ -149,7 +149,8 @@ void RtfLists::setFormat(std::int32_t format) {
 }
 
 void RtfLists::setStart(std::int32_t start) {
-  if (Level* const present = level()) present->start = start;
+  constexpr std::int32_t kLatestStart = 1'000'000;
+  if (Level* const present = level()) present->start = std::clamp<std::int32_t>(start, 0, kLatestStart);
 }
 
 void RtfLists::appendLevelText(std::string_view bytes) {
