@@ -7,6 +7,7 @@
 
 #include "backends/linux/files/property_list_reader.h"
 #include "backends/linux/files/property_list_text.h"
+#include "platform/foundation/markup.h"
 
 namespace tarnix::linux_desktop {
 namespace {
@@ -17,35 +18,6 @@ constexpr std::string_view kHead =
     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
     "<plist version=\"1.0\">\n";
 constexpr std::string_view kFoot = "</plist>\n";
-
-// A bare carriage return would be read as a line feed (XML 1.0, section 2.11).
-std::string_view escapeOf(char character) {
-  switch (character) {
-    case '&':
-      return "&amp;";
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '\r':
-      return "&#13;";
-    default:
-      return {};
-  }
-}
-
-std::string escaped(std::string_view text) {
-  std::string result;
-  for (const char character : text) {
-    const std::string_view escape = escapeOf(character);
-    if (escape.empty()) {
-      result.push_back(character);
-    } else {
-      result.append(escape);
-    }
-  }
-  return result;
-}
 
 // Writes one value after another. Each function returns false when the format has no form for its argument.
 class Writer {
@@ -60,7 +32,7 @@ class Writer {
   bool write(std::integral auto value) { return element("integer", std::to_string(value)); }
   bool write(double value) { return element("real", textOf(value)); }
   bool write(const PropertyList::Data& value) { return element("data", textOf(value)); }
-  bool write(const String& value) { return isXMLText(value) && element("string", escaped(value)); }
+  bool write(const String& value) { return isXMLText(value) && element("string", markupEscaped(value)); }
   bool write(Date value) {
     const std::optional<std::string> text = textOf(value);
     return text && element("date", *text);
@@ -76,7 +48,7 @@ class Writer {
   bool write(const PropertyList::Dictionary& entries) {
     return nested("dict", entries.empty(), [&] {
       for (const auto& [key, value] : entries) {
-        if (!isXMLText(key) || !element("key", escaped(key)) || !write(value)) return false;
+        if (!isXMLText(key) || !element("key", markupEscaped(key)) || !write(value)) return false;
       }
       return true;
     });

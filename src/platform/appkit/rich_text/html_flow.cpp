@@ -150,25 +150,25 @@ void HtmlFlow::endLine(const HtmlStyle& style) {
   endParagraph();
 }
 
-void HtmlFlow::breakBlock(const HtmlStyle&) {
+void HtmlFlow::breakBlock() {
   hasBlank_ = false;
   isBroken_ = isBroken_ || isOpen_ || lineBreaks_ > 0;
 }
 
-void HtmlFlow::beginItem(std::string marker, const HtmlStyle& style) {
-  breakBlock(style);
+void HtmlFlow::beginItem(std::string marker) {
+  breakBlock();
   marker_ = std::move(marker);
 }
 
 void HtmlFlow::endItem() { marker_.clear(); }
 
-void HtmlFlow::beginTable(const HtmlStyle& style) {
-  breakBlock(style);
+void HtmlFlow::beginTable() {
+  breakBlock();
   flushBreaks();
-  if (tables_.size() < RtfText::kMostDepth) tables_.emplace_back();
+  if (tables_.size() < TextAssembly::kMostDepth) tables_.emplace_back();
 }
 
-void HtmlFlow::endTable(const HtmlStyle&) {
+void HtmlFlow::endTable() {
   if (tables_.empty()) return;
   isBroken_ = isOpen_ = false;
   text_.endTable(depth());
@@ -221,8 +221,8 @@ void HtmlFlow::endRow() {
 
 std::uint16_t HtmlFlow::depth() const { return static_cast<std::uint16_t>(tables_.size()); }
 
-RtfParagraph HtmlFlow::paragraphOf(const HtmlStyle& style) const {
-  RtfParagraph paragraph;
+AssembledParagraph HtmlFlow::paragraphOf(const HtmlStyle& style) const {
+  AssembledParagraph paragraph;
   paragraph.style = style.paragraph;
   paragraph.firstLineOffset = style.paragraph.firstLineIndent - style.paragraph.headIndent;
   paragraph.isInTable = !tables_.empty();

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/appkit/rich_text/html_style.h"
-#include "platform/appkit/rich_text/rtf_text.h"
+#include "platform/appkit/rich_text/text_assembly.h"
 
 namespace tarnix {
 
@@ -18,12 +18,12 @@ class HtmlFlow {
   void addLineBreak(const HtmlStyle& style);
   void addPicture(const String& name, const HtmlStyle& style);
   // What comes next stands in a line of its own.
-  void breakBlock(const HtmlStyle& style);
-  void beginItem(std::string marker, const HtmlStyle& style);
+  void breakBlock();
+  void beginItem(std::string marker);
   void endItem();
 
-  void beginTable(const HtmlStyle& style);
-  void endTable(const HtmlStyle& style);
+  void beginTable();
+  void endTable();
   void beginRow();
   void endRow();
   void beginCell(int rowSpan, int columnSpan);
@@ -48,11 +48,11 @@ class HtmlFlow {
   void open(const HtmlStyle& style);
   void flushBreaks();
   void endParagraph();
-  RtfParagraph paragraphOf(const HtmlStyle& style) const;
+  AssembledParagraph paragraphOf(const HtmlStyle& style) const;
   std::uint16_t depth() const;
 
-  RtfText text_;
-  RtfParagraph paragraph_;        // Of the text at hand.
+  TextAssembly text_;
+  AssembledParagraph paragraph_;  // Of the text at hand.
   std::uint32_t attributes_ = 0;  // Of the last text.
   bool isOpen_ = false;           // The paragraph has text.
   bool isBroken_ = false;         // It ends as soon as something follows.

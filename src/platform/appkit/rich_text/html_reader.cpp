@@ -160,8 +160,7 @@ class Walk {
     HtmlStyle style = styleOf(node, around, names);
     if (style.display == Display::none) return walkUnseen(node, depth);
     if (names.tag == "caption" && !isCaption_) return;
-    if (names.tag == "br") return isWithin_ ? flow_.addLineBreak(style) : void();
-    if (names.tag == "img") return isWithin_ ? addPicture(node, style) : void();
+    if (names.tag == "br" || names.tag == "img") return addSingle(node, style, names);
     if (names.tag == "ul" || names.tag == "ol" || names.tag == "menu" || names.tag == "dir")
       return walkList(node, style, names, depth);
     switch (style.display) {
@@ -178,6 +177,12 @@ class Walk {
       default:
         return walkInline(node, style, names, depth);
     }
+  }
+
+  void addSingle(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names) {
+    if (!isWithin_) return;
+    if (names.tag == "br") return flow_.addLineBreak(style);
+    addPicture(node, style);
   }
 
   void walkChildren(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names,
@@ -197,7 +202,6 @@ class Walk {
       walkUnseen(*static_cast<const GumboNode*>(children.data[i]), depth + 1);
   }
 
-  // A word processor's own marker of an item is its paragraph's.
   void walkInline(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names, int depth) {
     const bool isQuote = names.tag == "q" && isWithin_;
     if (isQuote) flow_.addText("\xE2\x80\x9C", style);
@@ -206,9 +210,9 @@ class Walk {
   }
 
   void walkBlock(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names, int depth) {
-    flow_.breakBlock(style);
+    flow_.breakBlock();
     walkChildren(node, style, names, depth);
-    flow_.breakBlock(style);
+    flow_.breakBlock();
   }
 
   void walkList(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names, int depth) {
@@ -228,11 +232,11 @@ class Walk {
     list.next += list.step;
     HtmlStyle item = style;
     if (item.paragraph.listLevel == 0) item.paragraph.listLevel = 1;
-    flow_.breakBlock(item);
-    if (isWithin_) flow_.beginItem(textOf(item.marker, number), item);
+    flow_.breakBlock();
+    if (isWithin_) flow_.beginItem(textOf(item.marker, number));
     walkChildren(node, item, names, depth);
     flow_.endItem();
-    flow_.breakBlock(item);
+    flow_.breakBlock();
   }
 
   void walkTable(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names, int depth) {
@@ -240,9 +244,9 @@ class Walk {
     HtmlStyle plain = style;
     plain.whiteSpace = HtmlStyle::WhiteSpace::normal;
     walkCaption(node, plain, names, depth);
-    flow_.beginTable(plain);
+    flow_.beginTable();
     walkChildren(node, plain, names, depth);
-    flow_.endTable(plain);
+    flow_.endTable();
   }
 
   static bool hasFragment(const GumboNode& node, int depth) {

@@ -301,7 +301,6 @@ void HtmlStyle::applyBox(const css::Declaration& declaration) {
   if (name == "display") setFrom(kDisplays, value, display);
   if (name == "visibility") isHidden = value == "hidden" || value == "collapse";
   if (name == "mso-hide" && value == "all") display = Display::none;
-  if (name == "mso-list" && value == "ignore") isMarkerText = true;
   if (name == "text-align") setFrom(kAlignments, value, paragraph.alignment);
   if (name == "list-style-type" || name == "list-style") setMarker(value);
   if (name == "text-indent") {

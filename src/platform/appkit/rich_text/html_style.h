@@ -33,8 +33,7 @@ struct HtmlStyle {
   WhiteSpace whiteSpace = WhiteSpace::normal;
   Marker marker = Marker::disc;
   Transform transform = Transform::none;
-  bool isHidden = false;      // `visibility`.
-  bool isMarkerText = false;  // The text of an item's marker that a word processor has written out.
+  bool isHidden = false;  // `visibility`.
 
   // What an element has before anything is said of it; `look` and `paragraph` as far as they are handed down.
   HtmlStyle inherited() const;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/foundation/utf8.h"
+#include "platform/foundation/markup.h"
 
 namespace tarnix {
 namespace {
@@ -30,34 +30,6 @@ std::string hexadecimal(TextColor color) {
   for (const std::uint8_t part : {color.red, color.green, color.blue})
     name += {kDigits[part >> 4], kDigits[part & 15]};
   return name;
-}
-
-std::string_view escapeOf(char c) {
-  switch (c) {
-    case '&':
-      return "&amp;";
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '"':
-      return "&quot;";
-    default:
-      return {};
-  }
-}
-
-std::string escaped(std::string_view text) {
-  std::string result;
-  for (const char c : text) {
-    const std::string_view escape = escapeOf(c);
-    if (escape.empty()) {
-      result += c;
-    } else {
-      result += escape;
-    }
-  }
-  return result;
 }
 
 bool isSafe(std::string_view link) {
@@ -220,7 +192,7 @@ class HtmlWriter {
     closeLists(0);
     const std::string tag = style.headingLevel > 0 ? "h" + std::to_string(style.headingLevel) : "p";
     html_.append("<" + tag + (style.direction == WritingDirection::rightToLeft ? " dir=\"rtl\"" : "") +
-                 " style=\"" + escaped(cssOf(style)) + "\">");
+                 " style=\"" + markupEscaped(cssOf(style)) + "\">");
     writeRuns(begin, end - separator);
     // A block without content has no line.
     if (begin == end - separator) html_.append("<br>");
@@ -239,10 +211,10 @@ class HtmlWriter {
   }
 
   void writeRun(std::string_view text, const TextAttributes& look) {
-    if (!look.attachment.empty()) return html_.append("[" + escaped(look.attachment) + "]");
+    if (!look.attachment.empty()) return html_.append("[" + markupEscaped(look.attachment) + "]");
     const bool isLink = isSafe(look.link);
-    if (isLink) html_.append("<a href=\"" + escaped(look.link) + "\">");
-    html_.append("<span style=\"" + escaped(cssOf(look)) + "\">");
+    if (isLink) html_.append("<a href=\"" + markupEscaped(look.link) + "\">");
+    html_.append("<span style=\"" + markupEscaped(cssOf(look)) + "\">");
     if (look.strikethrough != LineStyle::none) html_.append("<s>");
     writeText(text);
     if (look.strikethrough != LineStyle::none) html_.append("</s>");
@@ -252,7 +224,7 @@ class HtmlWriter {
   void writeText(std::string_view text) {
     while (!text.empty()) {
       const std::size_t plain = std::min({text.find(kLineSeparator), text.find('\f'), text.size()});
-      html_.append(escaped(text.substr(0, plain)));
+      html_.append(markupEscaped(text.substr(0, plain)));
       text.remove_prefix(plain);
       if (text.empty()) return;
       html_.append("<br>");

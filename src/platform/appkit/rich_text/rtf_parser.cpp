@@ -128,9 +128,11 @@ void RtfReader::Parser::read(const RtfToken& token) {
     case Kind::symbol:
       return readSymbol(token.text.front());
     case Kind::byte:
-      return isFallback() ? void() : readByte(static_cast<char>(*token.parameter));
+      if (!isFallback()) readByte(static_cast<char>(*token.parameter));
+      return;
     case Kind::word:
-      return isFallback() ? void() : readWord(token);
+      if (!isFallback()) readWord(token);
+      return;
     case Kind::binary:
       isFallback();
   }
@@ -170,7 +172,7 @@ void RtfReader::Parser::closeGroup() {
 void RtfReader::Parser::endDestination(const Group& inner) {
   if (inner.destination == Destination::listText) endListText();
   if (inner.destination == Destination::fieldInstruction) endInstruction();
-  if (inner.isFootnote) endFootnote(inner);
+  if (inner.isFootnote) endFootnote();
 }
 
 // The marker of a list's item, with one tab behind it.
@@ -203,7 +205,7 @@ void RtfReader::Parser::beginFootnote(bool isOptional) {
   isFootnoteFresh_ = true;
 }
 
-void RtfReader::Parser::endFootnote(const Group&) {
+void RtfReader::Parser::endFootnote() {
   isFootnoteFresh_ = false;
   isFootnoteParagraphOver_ = false;
   emit("]");
@@ -377,7 +379,7 @@ void RtfReader::Parser::emit(std::string_view utf8) {
 // For documents that leave the numbering to the reader.
 void RtfReader::Parser::writeMarker() {
   if (hasListTexts_ || group_.isInFootnote) return;
-  const RtfParagraph& paragraph = group_.paragraph;
+  const AssembledParagraph& paragraph = group_.paragraph;
   const std::string marker = lists_.nextMarker(paragraph.list, paragraph.listLevel);
   if (withoutBlanks(marker).empty()) return;
   text_.append(marker + "\t", attributes());
@@ -394,8 +396,8 @@ void RtfReader::Parser::endParagraph() {
   text_.endParagraph(attributes(), paragraph());
 }
 
-RtfParagraph RtfReader::Parser::paragraph() const {
-  RtfParagraph paragraph = group_.paragraph;
+AssembledParagraph RtfReader::Parser::paragraph() const {
+  AssembledParagraph paragraph = group_.paragraph;
   const auto heading = headings_.find(paragraph.styleNumber);
   if (paragraph.style.headingLevel == 0 && heading != headings_.end())
     paragraph.style.headingLevel = heading->second;

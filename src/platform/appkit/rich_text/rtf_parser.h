@@ -9,9 +9,9 @@
 
 #include "platform/appkit/rich_text/rtf_reader.h"
 #include "platform/appkit/rich_text/rtf_tables.h"
-#include "platform/appkit/rich_text/rtf_text.h"
 #include "platform/appkit/rich_text/rtf_tokens.h"
 #include "platform/appkit/rich_text/rtf_words.h"
+#include "platform/appkit/rich_text/text_assembly.h"
 
 namespace tarnix {
 
@@ -67,7 +67,7 @@ class RtfReader::Parser {
     Destination destination = Destination::body;
     Destination outer = Destination::body;  // Around the pair of which this is one half.
     Look look;
-    RtfParagraph paragraph;
+    AssembledParagraph paragraph;
     std::int32_t fallbackSize = 1;  // Characters that stand for one of \u where that is not understood.
     std::uint32_t fieldLink = 0;
     bool isOptional = false;  // \* was just read.
@@ -82,7 +82,7 @@ class RtfReader::Parser {
   void endListText();
   void endInstruction();
   void addAttachment();
-  void endFootnote(const Group& inner);
+  void endFootnote();
 
   // Whether what was read stands in for a \u before it.
   bool isFallback();
@@ -116,7 +116,7 @@ class RtfReader::Parser {
   std::uint32_t attributes();
   const RtfFont* font() const { return fontOf(group_.look); }
   const RtfFont* fontOf(const Look& look) const;
-  RtfParagraph paragraph() const;
+  AssembledParagraph paragraph() const;
 
   String source_;
   RtfTokens tokens_;
@@ -148,7 +148,7 @@ class RtfReader::Parser {
   std::int32_t footnotes_ = 0;
   std::int32_t endnotes_ = 0;
 
-  RtfText text_;
+  TextAssembly text_;
   std::map<Look, std::uint32_t> known_;
   const Look* presentLook_ = nullptr;  // In `known_`.
   std::uint32_t presentAttributes_ = 0;

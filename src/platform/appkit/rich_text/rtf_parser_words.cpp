@@ -54,7 +54,8 @@ void RtfReader::Parser::readBreak(const RtfWord& word) {
     case Action::paragraph:
       return endParagraph();
     case Action::section:
-      return text_.isParagraphEmpty() ? void() : endParagraph();
+      if (!text_.isParagraphEmpty()) endParagraph();
+      return;
     case Action::lineBreak:
       return emit(group_.isInFootnote ? " " : kLineSeparator);
     case Action::pageBreak:
@@ -161,11 +162,11 @@ void RtfReader::Parser::readLook(RtfAction action, std::int32_t value) {
 }
 
 void RtfReader::Parser::readParagraph(RtfAction action, std::int32_t value) {
-  RtfParagraph& paragraph = group_.paragraph;
+  AssembledParagraph& paragraph = group_.paragraph;
   ParagraphStyle& style = paragraph.style;
   switch (action) {
     case Action::paragraphDefault:
-      paragraph = RtfParagraph();
+      paragraph = AssembledParagraph();
       return;
     case Action::alignment:
       style.alignment = static_cast<TextAlignment>(value);
@@ -214,7 +215,7 @@ void RtfReader::Parser::readParagraph(RtfAction action, std::int32_t value) {
       return;
     case Action::tableDepth:
       paragraph.tableDepth =
-          static_cast<std::uint16_t>(std::clamp<std::int32_t>(value, 0, RtfText::kMostDepth));
+          static_cast<std::uint16_t>(std::clamp<std::int32_t>(value, 0, TextAssembly::kMostDepth));
       return;
     case Action::paragraphStyle:
       paragraph.styleNumber = value;
@@ -269,8 +270,8 @@ void RtfReader::Parser::readDestination(const RtfWord& word, bool isOptional) {
       return enterDestination(Destination::skip);
     case Action::body:
       // Only what is shown at all leads back to the body.
-      return isBody || group_.destination == Destination::ignoreText ? enterDestination(Destination::body)
-                                                                     : void();
+      if (isBody || group_.destination == Destination::ignoreText) enterDestination(Destination::body);
+      return;
     case Action::ignoreText:
       return enterDestination(Destination::ignoreText);
     case Action::fontTable:

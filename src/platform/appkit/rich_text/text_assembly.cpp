@@ -1,4 +1,4 @@
-#include "platform/appkit/rich_text/rtf_text.h"
+#include "platform/appkit/rich_text/text_assembly.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,13 +6,13 @@
 
 namespace tarnix {
 
-std::uint16_t RtfParagraph::depth() const {
+std::uint16_t AssembledParagraph::depth() const {
   if (tableDepth == 0) return isInTable ? 1 : 0;
-  return std::min(tableDepth, RtfText::kMostDepth);
+  return std::min(tableDepth, TextAssembly::kMostDepth);
 }
 
 // A multiple counts in lines of 12 points.
-ParagraphStyle RtfParagraph::resolved() const {
+ParagraphStyle AssembledParagraph::resolved() const {
   ParagraphStyle resolved = style;
   resolved.firstLineIndent = style.headIndent + firstLineOffset;
   if (lineSpacing == 0) return resolved;
@@ -25,14 +25,14 @@ ParagraphStyle RtfParagraph::resolved() const {
   return resolved;
 }
 
-void RtfText::append(std::string_view utf8, std::uint32_t attributes) {
+void TextAssembly::append(std::string_view utf8, std::uint32_t attributes) {
   if (utf8.empty() || isFull()) return;
   writeSeparator();
   builder_.append(utf8, attributes);
   isParagraphEmpty_ = false;
 }
 
-void RtfText::endParagraph(std::uint32_t attributes, const RtfParagraph& paragraph) {
+void TextAssembly::endParagraph(std::uint32_t attributes, const AssembledParagraph& paragraph) {
   if (isFull()) return;
   writeSeparator();
   separator_ = Separator{'\n', attributes, styleOf(paragraph), false};
@@ -40,14 +40,15 @@ void RtfText::endParagraph(std::uint32_t attributes, const RtfParagraph& paragra
 }
 
 // Merged cells are there without content of their own.
-void RtfText::endCell(std::uint32_t attributes, const RtfParagraph& paragraph, std::uint16_t depth) {
+void TextAssembly::endCell(std::uint32_t attributes, const AssembledParagraph& paragraph,
+                           std::uint16_t depth) {
   if (isFull()) return;
   enter(depth);
   Table& table = tables_.back();
   const bool isLeftOut = spanOf(table.column) == 0 && isParagraphEmpty_;
   if (!isLeftOut) {
     writeSeparator();
-    RtfParagraph inCell = paragraph;
+    AssembledParagraph inCell = paragraph;
     inCell.isInTable = true;
     inCell.tableDepth = depth;
     separator_ = Separator{'\t', attributes, styleOf(inCell), true};
@@ -56,7 +57,7 @@ void RtfText::endCell(std::uint32_t attributes, const RtfParagraph& paragraph, s
   ++tables_.back().column;
 }
 
-void RtfText::endRow(std::uint16_t depth) {
+void TextAssembly::endRow(std::uint16_t depth) {
   if (separator_ && separator_->isOfCell) separator_->character = '\n';
   if (tables_.size() < depth) return;
   tables_.resize(depth);
@@ -64,29 +65,29 @@ void RtfText::endRow(std::uint16_t depth) {
   tables_.back().column = 0;
 }
 
-void RtfText::beginCell(std::uint16_t depth, std::uint32_t column, std::uint16_t rowSpan,
-                        std::uint16_t columnSpan) {
+void TextAssembly::beginCell(std::uint16_t depth, std::uint32_t column, std::uint16_t rowSpan,
+                             std::uint16_t columnSpan) {
   enter(depth);
   tables_.back().column = column;
   tables_.back().rowSpan = rowSpan;
   tables_.back().columnSpan = columnSpan;
 }
 
-void RtfText::endTable(std::uint16_t depth) {
+void TextAssembly::endTable(std::uint16_t depth) {
   if (depth > 0 && tables_.size() >= depth) tables_.resize(depth - 1U);
 }
 
 // Tables within one that is at hand end where the text goes on outside them.
-void RtfText::enter(std::uint16_t depth) {
+void TextAssembly::enter(std::uint16_t depth) {
   if (tables_.size() > depth) tables_.resize(depth);
   while (tables_.size() < depth) tables_.push_back({tableCount_++, 0, 0});
 }
 
-std::uint16_t RtfText::spanOf(std::uint32_t column) const {
+std::uint16_t TextAssembly::spanOf(std::uint32_t column) const {
   return tables_.size() == 1 && column < spans_.size() ? spans_[column] : std::uint16_t{1};
 }
 
-std::uint32_t RtfText::styleOf(const RtfParagraph& paragraph) {
+std::uint32_t TextAssembly::styleOf(const AssembledParagraph& paragraph) {
   const std::uint16_t depth = paragraph.depth();
   enter(depth);
   ParagraphStyle style = paragraph.resolved();
@@ -101,12 +102,12 @@ std::uint32_t RtfText::styleOf(const RtfParagraph& paragraph) {
   return builder_.add(style);
 }
 
-void RtfText::writeSeparator() {
+void TextAssembly::writeSeparator() {
   if (const auto separator = std::exchange(separator_, std::nullopt))
     builder_.endParagraph(separator->character, separator->attributes, separator->style);
 }
 
-NSAttributedString RtfText::take(const RtfParagraph& last) {
+NSAttributedString TextAssembly::take(const AssembledParagraph& last) {
   if (separator_) {
     builder_.endText(separator_->style);
   } else {

@@ -10,7 +10,7 @@
 namespace tarnix {
 
 // A paragraph's look while it is read, in the words of the document.
-struct RtfParagraph {
+struct AssembledParagraph {
   ParagraphStyle style;         // Without what the fields below tell.
   CGFloat firstLineOffset = 0;  // From the other lines.
   CGFloat lineSpacing = 0;      // In points; negative for an exact one, 0 for the font's.
@@ -29,7 +29,7 @@ struct RtfParagraph {
 // Puts together what a document says. What ends a paragraph is only written when something follows, since the
 // end of a row makes another separator of that of its last cell, and the text's last paragraph ends without
 // one.
-class RtfText {
+class TextAssembly {
  public:
   static constexpr std::size_t kMostBytes = std::size_t{64} << 20;
   static constexpr std::uint16_t kMostDepth = 16;
@@ -37,8 +37,8 @@ class RtfText {
   std::uint32_t add(const TextAttributes& attributes) { return builder_.add(attributes); }
 
   void append(std::string_view utf8, std::uint32_t attributes);
-  void endParagraph(std::uint32_t attributes, const RtfParagraph& paragraph);
-  void endCell(std::uint32_t attributes, const RtfParagraph& paragraph, std::uint16_t depth);
+  void endParagraph(std::uint32_t attributes, const AssembledParagraph& paragraph);
+  void endCell(std::uint32_t attributes, const AssembledParagraph& paragraph, std::uint16_t depth);
   void endRow(std::uint16_t depth);
   // The next cell of the table in this depth stands in this column and is so large, for those who know.
   void beginCell(std::uint16_t depth, std::uint32_t column, std::uint16_t rowSpan, std::uint16_t columnSpan);
@@ -53,7 +53,7 @@ class RtfText {
   // Of the paragraph at hand.
   void setListMarker(String marker) { listMarker_ = std::move(marker); }
   // `last` is that of the text behind the last end of a paragraph.
-  NSAttributedString take(const RtfParagraph& last);
+  NSAttributedString take(const AssembledParagraph& last);
 
  private:
   struct Table {
@@ -72,7 +72,7 @@ class RtfText {
 
   void writeSeparator();
   void enter(std::uint16_t depth);
-  std::uint32_t styleOf(const RtfParagraph& paragraph);
+  std::uint32_t styleOf(const AssembledParagraph& paragraph);
   std::uint16_t spanOf(std::uint32_t column) const;
 
   AttributedStringBuilder builder_;
