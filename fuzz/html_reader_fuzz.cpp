@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/appkit/rich_text/html_reader.h"
-#include "platform/appkit/rich_text/html_writer.h"
+#include "platform/appkit/rich_text/html/html_reader.h"
+#include "platform/appkit/rich_text/html/html_writer.h"
 #include "platform/foundation/utf8.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

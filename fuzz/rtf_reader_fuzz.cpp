@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/appkit/rich_text/rtf_reader.h"
-#include "platform/appkit/rich_text/rtf_writer.h"
+#include "platform/appkit/rich_text/rtf/rtf_reader.h"
+#include "platform/appkit/rich_text/rtf/rtf_writer.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tarnix;

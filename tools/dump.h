@@ -9,7 +9,7 @@
 #include <string>
 
 #include "platform/appkit/attributed_string.h"
-#include "platform/appkit/rich_text/plain_text.h"
+#include "platform/appkit/rich_text/text/plain_text.h"
 
 // What the dumping programs have in common.
 namespace tarnix::tools {

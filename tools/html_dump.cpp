@@ -1,6 +1,6 @@
 #include "dump.h"
 #include "platform/appkit/rich_text/conversions.h"
-#include "platform/appkit/rich_text/html_reader.h"
+#include "platform/appkit/rich_text/html/html_reader.h"
 
 int main(int count, char** arguments) {
   const std::string option = count == 3 ? arguments[1] : "";

@@ -1,5 +1,5 @@
 #include "dump.h"
-#include "platform/appkit/rich_text/rtf_reader.h"
+#include "platform/appkit/rich_text/rtf/rtf_reader.h"
 
 int main(int count, char** arguments) {
   const std::string option = count == 3 ? arguments[1] : "";

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "platform/appkit/rich_text/rtf_reader.h"
+#include "platform/appkit/rich_text/rtf/rtf_reader.h"
 #include "platform/foundation/run_loop.h"
 
 namespace tarnix {

@@ -28,8 +28,8 @@ XCB = re.compile(r"xcb/.*|X11/.*|xkbcommon/.*", re.ASCII)
 OWN_LIBRARIES = [
     (re.compile(r"nlohmann/json\.hpp"), None),
     (re.compile(r"unicode/(bytestream|normalizer2)\.h"), {"src/platform/foundation/canonical_mapping.cpp"}),
-    (re.compile(r"unicode/ucnv\.h"), {"src/platform/appkit/rich_text/code_page.cpp"}),
-    (re.compile(r"gumbo\.h"), {"src/platform/appkit/rich_text/html_reader.cpp"}),
+    (re.compile(r"unicode/ucnv\.h"), {"src/platform/appkit/rich_text/text/code_page.cpp"}),
+    (re.compile(r"gumbo\.h"), {"src/platform/appkit/rich_text/html/html_reader.cpp"}),
 ]
 
 
@@ -84,7 +84,11 @@ CHAMBERS = {
         "concurrency": ("foundation",),
         "coregraphics": ("foundation",),
         "appkit": ("foundation", "foundation/coding", "combine", "coregraphics"),
-        "appkit/rich_text": ("foundation", "coregraphics", "appkit"),
+        "appkit/rich_text/text": ("foundation", "coregraphics", "appkit"),
+        "appkit/rich_text/rtf": ("foundation", "coregraphics", "appkit", "appkit/rich_text/text"),
+        "appkit/rich_text/html": ("foundation", "coregraphics", "appkit", "appkit/rich_text/text"),
+        "appkit/rich_text": ("foundation", "appkit", "appkit/rich_text/text", "appkit/rich_text/rtf",
+                             "appkit/rich_text/html"),
         "swiftui": ("foundation", "combine", "coregraphics", "appkit"),
     },
     # Observing and showing a setting takes its key.

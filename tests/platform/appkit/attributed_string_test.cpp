@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/appkit/rich_text/code_page.h"
+#include "platform/appkit/rich_text/text/code_page.h"
 
 namespace tarnix {
 namespace {

@@ -1,10 +1,10 @@
 #include "platform/appkit/rich_text/conversions.h"
 
-#include "platform/appkit/rich_text/html_reader.h"
-#include "platform/appkit/rich_text/html_writer.h"
-#include "platform/appkit/rich_text/plain_text.h"
-#include "platform/appkit/rich_text/rtf_reader.h"
-#include "platform/appkit/rich_text/rtf_writer.h"
+#include "platform/appkit/rich_text/html/html_reader.h"
+#include "platform/appkit/rich_text/html/html_writer.h"
+#include "platform/appkit/rich_text/rtf/rtf_reader.h"
+#include "platform/appkit/rich_text/rtf/rtf_writer.h"
+#include "platform/appkit/rich_text/text/plain_text.h"
 
 namespace tarnix {
 namespace {

@@ -3,7 +3,7 @@
 #include "backends/x11/desktop.h"
 #include "backends/x11/peer.h"
 #include "capture/clipboard_item.h"
-#include "platform/appkit/rich_text/rtf_reader.h"
+#include "platform/appkit/rich_text/rtf/rtf_reader.h"
 
 namespace tarnix::x11 {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/appkit/rich_text/rtf_reader.h"
+#include "platform/appkit/rich_text/rtf/rtf_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/appkit/rich_text/plain_text.h"
+#include "platform/appkit/rich_text/text/plain_text.h"
 
 namespace tarnix {
 namespace {

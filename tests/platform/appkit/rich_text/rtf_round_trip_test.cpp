@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/appkit/rich_text/rtf_reader.h"
-#include "platform/appkit/rich_text/rtf_writer.h"
+#include "platform/appkit/rich_text/rtf/rtf_reader.h"
+#include "platform/appkit/rich_text/rtf/rtf_writer.h"
 
 namespace tarnix {
 namespace {

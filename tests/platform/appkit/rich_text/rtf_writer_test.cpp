@@ -1,4 +1,4 @@
-#include "platform/appkit/rich_text/rtf_writer.h"
+#include "platform/appkit/rich_text/rtf/rtf_writer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,0 +1,120 @@
+#include "platform/appkit/rich_text/text/text_assembly.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tarnix {
+
+std::uint16_t AssembledParagraph::depth() const {
+  if (tableDepth == 0) return isInTable ? 1 : 0;
+  return std::min(tableDepth, TextAssembly::kMostDepth);
+}
+
+// A multiple counts in lines of 12 points.
+ParagraphStyle AssembledParagraph::resolved() const {
+  ParagraphStyle resolved = style;
+  resolved.firstLineIndent = style.headIndent + firstLineOffset;
+  if (lineSpacing == 0) return resolved;
+  if (isSpacingMultiple) {
+    resolved.lineHeight = std::abs(lineSpacing) / 12;
+  } else {
+    resolved.lineHeightRule = lineSpacing < 0 ? LineHeightRule::exactly : LineHeightRule::atLeast;
+    resolved.lineHeight = std::abs(lineSpacing);
+  }
+  return resolved;
+}
+
+void TextAssembly::append(std::string_view utf8, std::uint32_t attributes) {
+  if (utf8.empty() || isFull()) return;
+  writeSeparator();
+  builder_.append(utf8, attributes);
+  isParagraphEmpty_ = false;
+}
+
+void TextAssembly::endParagraph(std::uint32_t attributes, const AssembledParagraph& paragraph) {
+  if (isFull()) return;
+  writeSeparator();
+  separator_ = Separator{'\n', attributes, styleOf(paragraph), false};
+  isParagraphEmpty_ = true;
+}
+
+// Merged cells are there without content of their own.
+void TextAssembly::endCell(std::uint32_t attributes, const AssembledParagraph& paragraph,
+                           std::uint16_t depth) {
+  if (isFull()) return;
+  enter(depth);
+  Table& table = tables_.back();
+  const bool isLeftOut = spanOf(table.column) == 0 && isParagraphEmpty_;
+  if (!isLeftOut) {
+    writeSeparator();
+    AssembledParagraph inCell = paragraph;
+    inCell.isInTable = true;
+    inCell.tableDepth = depth;
+    separator_ = Separator{'\t', attributes, styleOf(inCell), true};
+    isParagraphEmpty_ = true;
+  }
+  ++tables_.back().column;
+}
+
+void TextAssembly::endRow(std::uint16_t depth) {
+  if (separator_ && separator_->isOfCell) separator_->character = '\n';
+  if (tables_.size() < depth) return;
+  tables_.resize(depth);
+  ++tables_.back().row;
+  tables_.back().column = 0;
+}
+
+void TextAssembly::beginCell(std::uint16_t depth, std::uint32_t column, std::uint16_t rowSpan,
+                             std::uint16_t columnSpan) {
+  enter(depth);
+  tables_.back().column = column;
+  tables_.back().rowSpan = rowSpan;
+  tables_.back().columnSpan = columnSpan;
+}
+
+void TextAssembly::endTable(std::uint16_t depth) {
+  if (depth > 0 && tables_.size() >= depth) tables_.resize(depth - 1U);
+}
+
+// Tables within one that is at hand end where the text goes on outside them.
+void TextAssembly::enter(std::uint16_t depth) {
+  if (tables_.size() > depth) tables_.resize(depth);
+  while (tables_.size() < depth) tables_.push_back({tableCount_++, 0, 0});
+}
+
+std::uint16_t TextAssembly::spanOf(std::uint32_t column) const {
+  return tables_.size() == 1 && column < spans_.size() ? spans_[column] : std::uint16_t{1};
+}
+
+std::uint32_t TextAssembly::styleOf(const AssembledParagraph& paragraph) {
+  const std::uint16_t depth = paragraph.depth();
+  enter(depth);
+  ParagraphStyle style = paragraph.resolved();
+  style.listMarker = std::exchange(listMarker_, String());
+  const bool isInList = paragraph.list != 0 || !style.listMarker.empty();
+  if (isInList) style.listLevel = static_cast<std::uint8_t>(paragraph.listLevel + 1);
+  if (depth > 0) {
+    const Table& table = tables_.back();
+    const std::uint16_t span = std::max(spanOf(table.column), table.columnSpan);
+    style.cell = TableCell{table.number, table.row, table.column, table.rowSpan, span, depth};
+  }
+  return builder_.add(style);
+}
+
+void TextAssembly::writeSeparator() {
+  if (const auto separator = std::exchange(separator_, std::nullopt))
+    builder_.endParagraph(separator->character, separator->attributes, separator->style);
+}
+
+NSAttributedString TextAssembly::take(const AssembledParagraph& last) {
+  if (separator_) {
+    builder_.endText(separator_->style);
+  } else {
+    builder_.endText(styleOf(last));
+  }
+  separator_.reset();
+  return builder_.take();
+}
+
+}  // namespace tarnix
