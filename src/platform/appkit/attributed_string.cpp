@@ -1,7 +1,7 @@
 #include "platform/appkit/attributed_string.h"
 
 #include <functional>
-#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace tarnix {
@@ -33,10 +33,6 @@ struct Hash {
     mix(seed, std::hash<CGFloat>{}(style.spacingBefore));
     mix(seed, std::hash<CGFloat>{}(style.spacingAfter));
     mix(seed, std::hash<String>{}(style.listMarker));
-    if (!style.cell) return seed;
-    mix(seed, style.cell->table);
-    mix(seed, style.cell->row);
-    mix(seed, style.cell->column);
     return seed;
   }
 };
@@ -46,15 +42,29 @@ template <typename Value>
 class Interned {
  public:
   std::uint32_t add(const Value& value) {
-    const auto [found, isNew] = indices_.try_emplace(value, static_cast<std::uint32_t>(values_.size()));
-    if (isNew) values_.push_back(value);
-    return found->second;
+    if (const auto found = indices_.find(value); found != indices_.end()) return *found;
+    const auto index = static_cast<std::uint32_t>(values_->size());
+    values_->push_back(value);
+    indices_.insert(index);
+    return index;
   }
-  const std::vector<Value>& values() const { return values_; }
+  const std::vector<Value>& values() const { return *values_; }
 
  private:
-  std::vector<Value> values_;
-  std::unordered_map<Value, std::uint32_t, Hash> indices_;
+  // Finds an index by the value that has it.
+  struct ByValue {
+    using is_transparent = void;
+    const std::vector<Value>* values;
+
+    const Value& valueOf(std::uint32_t index) const { return (*values)[index]; }
+    static const Value& valueOf(const Value& value) { return value; }
+    std::size_t operator()(const auto& one) const { return Hash()(valueOf(one)); }
+    bool operator()(const auto& one, const auto& other) const { return valueOf(one) == valueOf(other); }
+  };
+
+  std::unique_ptr<std::vector<Value>> values_ = std::make_unique<std::vector<Value>>();
+  std::unordered_set<std::uint32_t, ByValue, ByValue> indices_{0, ByValue{values_.get()},
+                                                               ByValue{values_.get()}};
 };
 
 }  // namespace attributed_string
@@ -104,7 +114,13 @@ struct AttributedStringBuilder::Tables {
   std::vector<NSAttributedString::Paragraph> paragraphs;
   attributed_string::Interned<TextAttributes> attributes;
   attributed_string::Interned<ParagraphStyle> styles;
+  std::vector<TableCell> cells;
 
+  void endParagraph(std::uint32_t style, const TableCell* cell) {
+    if (cell != nullptr && (paragraphs.empty() || paragraphs.back().cell == 0 || cells.back() != *cell))
+      cells.push_back(*cell);
+    paragraphs.push_back({size(), style, cell == nullptr ? 0 : static_cast<std::uint32_t>(cells.size())});
+  }
   std::uint32_t size() const { return static_cast<std::uint32_t>(text.size()); }
 };
 
@@ -130,13 +146,14 @@ void AttributedStringBuilder::append(std::string_view utf8, std::uint32_t attrib
   }
 }
 
-void AttributedStringBuilder::endParagraph(char separator, std::uint32_t attributes, std::uint32_t style) {
+void AttributedStringBuilder::endParagraph(char separator, std::uint32_t attributes, std::uint32_t style,
+                                           const TableCell* cell) {
   append(std::string_view(&separator, 1), attributes);
-  tables_->paragraphs.push_back({tables_->size(), style});
+  tables_->endParagraph(style, cell);
 }
 
-void AttributedStringBuilder::endText(std::uint32_t style) {
-  if (!isParagraphEmpty()) tables_->paragraphs.push_back({tables_->size(), style});
+void AttributedStringBuilder::endText(std::uint32_t style, const TableCell* cell) {
+  if (!isParagraphEmpty()) tables_->endParagraph(style, cell);
 }
 
 std::size_t AttributedStringBuilder::size() const { return tables_->text.size(); }
@@ -157,6 +174,8 @@ NSAttributedString AttributedStringBuilder::take() {
   content->runs.shrink_to_fit();
   content->paragraphs = std::move(tables->paragraphs);
   content->paragraphs.shrink_to_fit();
+  content->cells = std::move(tables->cells);
+  content->cells.shrink_to_fit();
   content->attributes =
       keepUsed(tables->attributes.values(), content->runs, &NSAttributedString::Run::attributes);
   content->styles =

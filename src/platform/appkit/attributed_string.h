@@ -33,6 +33,7 @@ class NSAttributedString {
   struct Paragraph {
     std::uint32_t end = 0;
     std::uint32_t style = 0;  // The index in `styles()`.
+    std::uint32_t cell = 0;   // In a table, the index in `cells()` from 1 on.
     friend bool operator==(const Paragraph&, const Paragraph&) = default;
   };
 
@@ -46,9 +47,15 @@ class NSAttributedString {
   // Each once, in the order of their first use.
   std::span<const TextAttributes> attributes() const { return content_->attributes; }
   std::span<const ParagraphStyle> styles() const { return content_->styles; }
+  // Neighbouring paragraphs of one cell share it.
+  std::span<const TableCell> cells() const { return content_->cells; }
   const TextAttributes& attributesOf(const Run& run) const { return content_->attributes[run.attributes]; }
   const ParagraphStyle& styleOf(const Paragraph& paragraph) const {
     return content_->styles[paragraph.style];
+  }
+  // Null outside of tables.
+  const TableCell* cellOf(const Paragraph& paragraph) const {
+    return paragraph.cell == 0 ? nullptr : &content_->cells[paragraph.cell - 1];
   }
 
   friend bool operator==(const NSAttributedString& a, const NSAttributedString& b) {
@@ -63,6 +70,7 @@ class NSAttributedString {
     std::vector<Paragraph> paragraphs;
     std::vector<TextAttributes> attributes;
     std::vector<ParagraphStyle> styles;
+    std::vector<TableCell> cells;
     friend bool operator==(const Content&, const Content&) = default;
   };
   explicit NSAttributedString(std::shared_ptr<const Content> content) : content_(std::move(content)) {}
@@ -85,10 +93,12 @@ class AttributedStringBuilder {
   // `utf8` must be well-formed, and hold no separator of paragraphs.
   void append(std::string_view utf8, std::uint32_t attributes);
   void append(std::string_view utf8, const TextAttributes& attributes) { append(utf8, add(attributes)); }
-  // Ends the paragraph at hand with a separator, '\n' or '\t' as told above.
-  void endParagraph(char separator, std::uint32_t attributes, std::uint32_t style);
+  // Ends the paragraph at hand with a separator, '\n' or '\t' as told above. `cell` is
+  // where it stands, null outside of tables.
+  void endParagraph(char separator, std::uint32_t attributes, std::uint32_t style,
+                    const TableCell* cell = nullptr);
   // The same without a separator, which must be the end of the text; nothing for an empty paragraph.
-  void endText(std::uint32_t style);
+  void endText(std::uint32_t style, const TableCell* cell = nullptr);
 
   std::size_t size() const;       // In bytes.
   bool isParagraphEmpty() const;  // Nothing was appended since the last separator.

@@ -48,19 +48,6 @@ struct TabStop {
   friend bool operator==(const TabStop&, const TabStop&) = default;
 };
 
-// Where a paragraph stands in a table. Tables are counted from 0 in the order of their beginning; a table
-// within a cell has a number, and a depth, of its own.
-struct TableCell {
-  std::uint32_t table = 0;
-  std::uint32_t row = 0;
-  std::uint32_t column = 0;
-  std::uint16_t rowSpan = 1;
-  std::uint16_t columnSpan = 1;
-  std::uint16_t depth = 1;
-
-  friend bool operator==(const TableCell&, const TableCell&) = default;
-};
-
 // How a paragraph is laid out. Lengths are points, indents count from the margin of the side where they are.
 struct ParagraphStyle {
   TextAlignment alignment = TextAlignment::natural;
@@ -78,9 +65,21 @@ struct ParagraphStyle {
   // What stands before a list's item and, with a tab behind it, is part of the text: "1.", "•". Empty for a
   // further paragraph of the same item.
   String listMarker;
-  std::optional<TableCell> cell;
 
   friend bool operator==(const ParagraphStyle&, const ParagraphStyle&) = default;
+};
+
+// Where a paragraph stands in a table. Tables are counted from 0 in the order of their beginning; a table
+// within a cell has a number, and a depth, of its own.
+struct TableCell {
+  std::uint32_t table = 0;
+  std::uint32_t row = 0;
+  std::uint32_t column = 0;
+  std::uint16_t rowSpan = 1;
+  std::uint16_t columnSpan = 1;
+  std::uint16_t depth = 1;
+
+  friend bool operator==(const TableCell&, const TableCell&) = default;
 };
 
 }  // namespace tarnix

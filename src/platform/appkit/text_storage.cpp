@@ -23,7 +23,7 @@ NSAttributedString inFont(const NSAttributedString& text, const NSFont& font) {
   };
   for (const auto& paragraph : text.paragraphs()) {
     appendUpTo(paragraph.end);
-    builder.endText(builder.add(text.styleOf(paragraph)));
+    builder.endText(builder.add(text.styleOf(paragraph)), text.cellOf(paragraph));
   }
   return builder.take();
 }

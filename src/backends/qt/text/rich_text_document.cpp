@@ -51,7 +51,7 @@ RichDocument::~RichDocument() = default;
 bool RichDocument::endsWithSeparator(std::size_t paragraph) const {
   const std::string_view text = text_.string();
   const char last = text[text_.paragraphs()[paragraph].end - 1];
-  return last == '\n' || (last == '\t' && text_.styleOf(text_.paragraphs()[paragraph]).cell);
+  return last == '\n' || (last == '\t' && text_.paragraphs()[paragraph].cell > 0);
 }
 
 void RichDocument::fill(std::size_t paragraph, TextRange part) {

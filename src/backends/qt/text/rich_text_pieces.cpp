@@ -35,7 +35,7 @@ std::size_t cutOfParagraph(std::string_view text, std::size_t place) {
 RichPieces::RichPieces(NSAttributedString text) : text_(std::move(text)) {
   const std::size_t count = text_.paragraphs().size();
   for (std::size_t each = 0; each < count;) {
-    if (cellOf(each)) {
+    if (cellOf(each) != nullptr) {
       each = addTable(each);
     } else {
       addParagraph(each++);
@@ -64,7 +64,7 @@ void RichPieces::addParagraph(std::size_t paragraph) {
 std::size_t RichPieces::endOfTable(std::size_t paragraph) const {
   std::optional<std::uint32_t> table;
   std::size_t end = paragraph;
-  for (; end < text_.paragraphs().size() && cellOf(end); ++end) {
+  for (; end < text_.paragraphs().size() && cellOf(end) != nullptr; ++end) {
     const TableCell& cell = *cellOf(end);
     if (cell.depth > 1) continue;
     if (table.value_or(cell.table) != cell.table) break;

@@ -33,9 +33,7 @@ class RichPieces final : public PieceSource {
     std::vector<double> weights;  // Empty where all rows are in one piece.
   };
 
-  const std::optional<TableCell>& cellOf(std::size_t paragraph) const {
-    return text_.styleOf(text_.paragraphs()[paragraph]).cell;
-  }
+  const TableCell* cellOf(std::size_t paragraph) const { return text_.cellOf(text_.paragraphs()[paragraph]); }
   std::size_t beginOf(std::size_t paragraph) const {
     return paragraph == 0 ? 0 : text_.paragraphs()[paragraph - 1].end;
   }

@@ -16,7 +16,7 @@ RichTable::RichTable(RichDocument& document, const TablePart& part, int level)
     : document_(document), part_(part), level_(level) {}
 
 const TableCell& RichTable::cellOf(std::size_t paragraph) const {
-  return *document_.text().styleOf(document_.text().paragraphs()[paragraph]).cell;
+  return *document_.text().cellOf(document_.text().paragraphs()[paragraph]);
 }
 
 std::size_t RichTable::endOf(std::size_t paragraph) const {

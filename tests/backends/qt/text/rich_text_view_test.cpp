@@ -27,14 +27,12 @@ class Writer {
     builder_.append(text, look);
     return *this;
   }
-  Writer& end(const ParagraphStyle& style = {}, char separator = '\n') {
-    builder_.endParagraph(separator, builder_.add(TextAttributes()), builder_.add(style));
+  Writer& end(const ParagraphStyle& style = {}, char separator = '\n', const TableCell* cell = nullptr) {
+    builder_.endParagraph(separator, builder_.add(TextAttributes()), builder_.add(style), cell);
     return *this;
   }
   Writer& cell(const std::string& text, const TableCell& cell, bool isLast = false) {
-    ParagraphStyle style;
-    style.cell = cell;
-    return write(text).end(style, isLast ? '\n' : '\t');
+    return write(text).end({}, isLast ? '\n' : '\t', &cell);
   }
   NSAttributedString take() { return builder_.take(); }
 
@@ -209,8 +207,8 @@ TEST_F(RichTextViewTest, everyPlaceIsReachedByKeysInDocumentsThatMakeNoSense) {
     for (int i = 0; i < 25; ++i) {
       ParagraphStyle style;
       const auto small = [&](unsigned most) { return static_cast<std::uint16_t>(upTo(most)); };
-      if (upTo(4) > 0)
-        style.cell = TableCell{upTo(2), upTo(4), upTo(seed % 2 ? 5 : 100), small(3), small(9), small(3)};
+      const bool isInTable = upTo(4) > 0;
+      const TableCell cell{upTo(2), upTo(4), upTo(seed % 2 ? 5 : 100), small(3), small(9), small(3)};
       style.alignment = static_cast<TextAlignment>(upTo(4));
       style.direction = static_cast<WritingDirection>(upTo(1));
       static const char* const kTexts[] = {"",     "word",  "two words", "\u2028", "\f", "\xEF\xB7\x90",
@@ -222,7 +220,7 @@ TEST_F(RichTextViewTest, everyPlaceIsReachedByKeysInDocumentsThatMakeNoSense) {
         look.strikethrough = static_cast<LineStyle>(upTo(3));
         writer.write(kTexts[upTo(8)], look);
       }
-      writer.end(style, style.cell && upTo(2) > 0 ? '\t' : '\n');
+      writer.end(style, isInTable && upTo(2) > 0 ? '\t' : '\n', isInTable ? &cell : nullptr);
     }
     view.setAttributedText(writer.take());
     view.viewport()->repaint();

@@ -89,7 +89,7 @@ TEST(HtmlReader, numbersItemsAndSeparatesCells) {
       attributedStringFromHtml("<table><tr><td rowspan=2>a<td>b<tr><td colspan=3>c</table>");
   std::vector<TableCell> cells;
   for (const auto& paragraph : table.paragraphs())
-    cells.push_back(table.styleOf(paragraph).cell.value_or(TableCell{9}));
+    cells.push_back(table.cellOf(paragraph) != nullptr ? *table.cellOf(paragraph) : TableCell{9});
   EXPECT_THAT(cells, ::testing::ElementsAre(TableCell{0, 0, 0, 2, 1, 1}, TableCell{0, 0, 1, 1, 1, 1},
                                             TableCell{0, 1, 1, 1, 3, 1}));
 }

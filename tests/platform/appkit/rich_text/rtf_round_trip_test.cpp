@@ -37,9 +37,13 @@ std::string described(const ParagraphStyle& style) {
       << int{style.headingLevel} << " list " << int{style.listLevel} << style.listMarker.view() << " tabs";
   for (const TabStop& stop : style.tabStops)
     out << ' ' << stop.position << ':' << static_cast<int>(stop.alignment);
-  if (const auto& cell = style.cell)
-    out << " cell " << cell->table << ' ' << cell->row << ' ' << cell->column << " spans " << cell->rowSpan
-        << ' ' << cell->columnSpan << " depth " << cell->depth;
+  return out.str();
+}
+
+std::string described(const TableCell& cell) {
+  std::ostringstream out;
+  out << " cell " << cell.table << ' ' << cell.row << ' ' << cell.column << " spans " << cell.rowSpan << ' '
+      << cell.columnSpan << " depth " << cell.depth;
   return out.str();
 }
 
@@ -49,7 +53,9 @@ std::string described(const NSAttributedString& text) {
   std::uint32_t begin = 0;
   std::size_t run = 0;
   for (const auto& paragraph : text.paragraphs()) {
-    lines += described(text.styleOf(paragraph)) + '\n';
+    lines += described(text.styleOf(paragraph));
+    if (const TableCell* const cell = text.cellOf(paragraph)) lines += described(*cell);
+    lines += '\n';
     while (begin < paragraph.end) {
       const std::uint32_t end = std::min(paragraph.end, text.runs()[run].end);
       std::string piece(text.string().view().substr(begin, end - begin));
@@ -169,9 +175,9 @@ class RandomText {
     return style;
   }
 
-  void appendParagraph(const ParagraphStyle& style, char end) {
+  void appendParagraph(const ParagraphStyle& style, char end, const TableCell* cell = nullptr) {
     appendPieces(below(4));
-    builder_.endParagraph(end, builder_.add(look()), builder_.add(style));
+    builder_.endParagraph(end, builder_.add(look()), builder_.add(style), cell);
   }
 
   void appendList() {
@@ -188,13 +194,12 @@ class RandomText {
   }
 
   void appendCell(const TableCell& cell, char end) {
-    ParagraphStyle own = style();
-    own.cell = cell;
+    const ParagraphStyle own = style();
     while (chance(3)) {
       if (cell.depth < 3 && chance(2)) appendTable(static_cast<std::uint16_t>(cell.depth + 1));
-      appendParagraph(own, '\n');
+      appendParagraph(own, '\n', &cell);
     }
-    appendParagraph(own, end);
+    appendParagraph(own, end, &cell);
   }
 
   // Spans of rows, and of columns in inner tables, are written, but not read.

@@ -30,11 +30,9 @@ void appendItem(AttributedStringBuilder& builder, const char* marker, std::uint8
 }
 
 void appendCell(AttributedStringBuilder& builder, const TableCell& cell, char end) {
-  ParagraphStyle style;
-  style.cell = cell;
   const auto look = builder.add(TextAttributes());
   builder.append("x", look);
-  builder.endParagraph(end, look, builder.add(style));
+  builder.endParagraph(end, look, builder.add(ParagraphStyle()), &cell);
 }
 
 TEST(RtfWriter, allButAsciiIsWrittenAsSignedUnits) {

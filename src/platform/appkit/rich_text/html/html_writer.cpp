@@ -105,8 +105,8 @@ class HtmlWriter {
     html_.append("<!DOCTYPE html><html><head><meta charset=\"utf-8\"></head><body>");
     std::size_t begin = 0;
     for (const auto& paragraph : text_.paragraphs()) {
-      enter(text_.styleOf(paragraph));
-      writeParagraph(begin, paragraph.end, text_.styleOf(paragraph));
+      enter(text_.cellOf(paragraph));
+      writeParagraph(begin, paragraph);
       begin = paragraph.end;
     }
     closeLists(0);
@@ -117,26 +117,26 @@ class HtmlWriter {
 
  private:
   // Opens and closes tables, rows and cells for the paragraph that comes next.
-  void enter(const ParagraphStyle& style) {
-    const std::size_t depth = style.cell ? style.cell->depth : 0;
-    const bool isSameCell = style.cell && !cells_.empty() && cells_.back() == *style.cell;
+  void enter(const TableCell* cell) {
+    const std::size_t depth = cell != nullptr ? cell->depth : 0;
+    const bool isSameCell = cell != nullptr && !cells_.empty() && cells_.back() == *cell;
     if (isSameCell || (depth == 0 && cells_.empty())) return;
     closeLists(0);
     const bool isSameTable =
-        style.cell && cells_.size() >= depth && cells_[depth - 1].table == style.cell->table;
+        cell != nullptr && cells_.size() >= depth && cells_[depth - 1].table == cell->table;
     closeTables(isSameTable ? depth : std::min(depth > 0 ? depth - 1 : 0, cells_.size()));
-    if (!style.cell) return;
+    if (cell == nullptr) return;
     if (isSameTable) {
-      const bool isSameRow = cells_.back().row == style.cell->row;
-      if (!(cells_.back() == *style.cell)) {
+      const bool isSameRow = cells_.back().row == cell->row;
+      if (!(cells_.back() == *cell)) {
         html_.append(isSameRow ? "</td>" : "</td></tr><tr>");
-        openCell(*style.cell);
-        cells_.back() = *style.cell;
+        openCell(*cell);
+        cells_.back() = *cell;
       }
       return;
     }
     while (cells_.size() + 1 < depth) openTable({});
-    openTable(*style.cell);
+    openTable(*cell);
   }
 
   void openTable(const TableCell& cell) {
@@ -175,10 +175,12 @@ class HtmlWriter {
     }
   }
 
-  void writeParagraph(std::size_t begin, std::size_t end, const ParagraphStyle& style) {
+  void writeParagraph(std::size_t begin, const NSAttributedString::Paragraph& paragraph) {
+    const std::size_t end = paragraph.end;
+    const ParagraphStyle& style = text_.styleOf(paragraph);
     const std::string_view all = text_.string();
     const std::size_t separator =
-        end > begin && (all[end - 1] == '\n' || (all[end - 1] == '\t' && style.cell)) ? 1 : 0;
+        end > begin && (all[end - 1] == '\n' || (all[end - 1] == '\t' && paragraph.cell > 0)) ? 1 : 0;
     const std::string prefix = style.listMarker.str() + "\t";
     const auto form = style.listMarker.empty() || !all.substr(begin).starts_with(prefix)
                           ? std::nullopt

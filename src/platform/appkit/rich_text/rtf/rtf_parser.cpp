@@ -113,7 +113,7 @@ bool RtfReader::Parser::advance(std::size_t size) {
 NSAttributedString RtfReader::Parser::take() {
   isOver_ = true;
   flushBytes();
-  return text_.take(paragraph());
+  return text_.take(group_.paragraph);
 }
 
 void RtfReader::Parser::read(const RtfToken& token) {
@@ -394,15 +394,7 @@ void RtfReader::Parser::endParagraph() {
     isFootnoteParagraphOver_ = true;
     return;
   }
-  text_.endParagraph(attributes(), paragraph());
-}
-
-AssembledParagraph RtfReader::Parser::paragraph() const {
-  AssembledParagraph paragraph = group_.paragraph;
-  const auto heading = headings_.find(paragraph.styleNumber);
-  if (paragraph.style.headingLevel == 0 && heading != headings_.end())
-    paragraph.style.headingLevel = heading->second;
-  return paragraph;
+  text_.endParagraph(attributes(), group_.paragraph);
 }
 
 void RtfReader::Parser::addPicture() {

@@ -101,7 +101,6 @@ class RtfReader::Parser {
   void readWord(const RtfToken& token);
   void readBreak(const RtfWord& word);
   void readLook(RtfAction action, std::int32_t value);
-  void readFont(RtfAction action, std::int32_t value);
   void readParagraph(RtfAction action, std::int32_t value);
   void readRow(RtfAction action);
   void readDestination(const RtfWord& word, bool isOptional);
@@ -116,7 +115,6 @@ class RtfReader::Parser {
   std::uint32_t attributes();
   const RtfFont* font() const { return fontOf(group_.look); }
   const RtfFont* fontOf(const Look& look) const;
-  AssembledParagraph paragraph() const;
 
   String source_;
   RtfTokens tokens_;
@@ -136,6 +134,7 @@ class RtfReader::Parser {
   RtfColors colors_;
   RtfLists lists_;
   std::map<std::int32_t, std::uint8_t> headings_;  // Levels by the numbers of styles.
+  std::int32_t styleNumber_ = 0;                   // The last one that was named.
   std::vector<String> links_;
   std::string instruction_;
   std::string listText_;

@@ -63,11 +63,11 @@ void RtfReader::Parser::readBreak(const RtfWord& word) {
     case Action::noteMark:
       return addNoteMark();
     case Action::cell:
-      return text_.endCell(attributes(), paragraph(), 1);
+      return text_.endCell(attributes(), group_.paragraph, 1);
     case Action::row:
       return text_.endRow(1);
     case Action::nestedCell:
-      return text_.endCell(attributes(), paragraph(), nested);
+      return text_.endCell(attributes(), group_.paragraph, nested);
     case Action::nestedRow:
       return text_.endRow(nested);
     default:
@@ -207,8 +207,7 @@ void RtfReader::Parser::readParagraph(RtfAction action, std::int32_t value) {
       return;
     case Action::outlineLevel:
       style.headingLevel = value >= 0 && value < 6 ? static_cast<std::uint8_t>(value + 1) : std::uint8_t{0};
-      if (group_.destination == Destination::styleSheet)
-        headings_[paragraph.styleNumber] = style.headingLevel;
+      if (group_.destination == Destination::styleSheet) headings_[styleNumber_] = style.headingLevel;
       return;
     case Action::inTable:
       paragraph.isInTable = value >= 0;
@@ -218,7 +217,8 @@ void RtfReader::Parser::readParagraph(RtfAction action, std::int32_t value) {
           static_cast<std::uint16_t>(std::clamp<std::int32_t>(value, 0, TextAssembly::kMostDepth));
       return;
     case Action::paragraphStyle:
-      paragraph.styleNumber = value;
+      styleNumber_ = value;
+      paragraph.headingOfStyle = headings_.count(value) > 0 ? headings_.at(value) : std::uint8_t{0};
       return;
     case Action::list:
       paragraph.list = value;

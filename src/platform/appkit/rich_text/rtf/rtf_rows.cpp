@@ -62,10 +62,10 @@ std::vector<RtfBox> boxesFor(const std::vector<TableCell>& cells, std::uint32_t 
 RtfRows::RtfRows(const NSAttributedString& text) {
   const TableCell* last = nullptr;
   for (const auto& paragraph : text.paragraphs()) {
-    const auto& cell = text.styleOf(paragraph).cell;
-    if (!cell || (last != nullptr && *last == *cell)) continue;
+    const TableCell* const cell = text.cellOf(paragraph);
+    if (cell == nullptr || (last != nullptr && *last == *cell)) continue;
     tables_[cell->table].cells[cell->row].push_back(*cell);
-    last = &*cell;
+    last = cell;
   }
   std::uint32_t empty = kMostEmptyBoxes;
   for (auto& [number, table] : tables_) layOut(table, empty);

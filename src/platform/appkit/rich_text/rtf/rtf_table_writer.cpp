@@ -30,12 +30,12 @@ RtfTableWriter::RtfTableWriter(const NSAttributedString& text, RtfOutput& out)
 }
 
 std::size_t RtfTableWriter::depthOf(std::size_t paragraph) const {
-  const auto& cell = text_.styleOf(text_.paragraphs()[paragraph]).cell;
-  return cell ? std::clamp<std::size_t>(cell->depth, 1, kDeepest) : 0;
+  const TableCell* const cell = text_.cellOf(text_.paragraphs()[paragraph]);
+  return cell != nullptr ? std::clamp<std::size_t>(cell->depth, 1, kDeepest) : 0;
 }
 
 const TableCell& RtfTableWriter::cellOf(std::size_t paragraph) const {
-  return *text_.styleOf(text_.paragraphs()[paragraph]).cell;
+  return *text_.cellOf(text_.paragraphs()[paragraph]);
 }
 
 // The cells around a paragraph, from the outermost one. An outer cell is known by the paragraph of it that

@@ -259,7 +259,7 @@ class Writer {
     const ParagraphStyle& style = text_.styleOf(text_.paragraphs()[index]);
     const std::string_view all = text_.string();
     const char last = all[end - 1];
-    const bool isEnded = last == '\n' || (style.cell && last == '\t');
+    const bool isEnded = last == '\n' || (text_.paragraphs()[index].cell > 0 && last == '\t');
     tables_.begin(index);
     writeProperties(index, style);
     begin = writeMarker(begin, end, style);

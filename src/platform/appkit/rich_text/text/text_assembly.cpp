@@ -15,6 +15,7 @@ std::uint16_t AssembledParagraph::depth() const {
 ParagraphStyle AssembledParagraph::resolved() const {
   ParagraphStyle resolved = style;
   resolved.firstLineIndent = style.headIndent + firstLineOffset;
+  if (style.headingLevel == 0) resolved.headingLevel = headingOfStyle;
   if (lineSpacing == 0) return resolved;
   if (isSpacingMultiple) {
     resolved.lineHeight = std::abs(lineSpacing) / 12;
@@ -35,7 +36,7 @@ void TextAssembly::append(std::string_view utf8, std::uint32_t attributes) {
 void TextAssembly::endParagraph(std::uint32_t attributes, const AssembledParagraph& paragraph) {
   if (isFull()) return;
   writeSeparator();
-  separator_ = Separator{'\n', attributes, styleOf(paragraph), false};
+  separator_ = Separator{'\n', attributes, styleOf(paragraph), false, cellIn(paragraph.depth())};
   isParagraphEmpty_ = true;
 }
 
@@ -48,10 +49,7 @@ void TextAssembly::endCell(std::uint32_t attributes, const AssembledParagraph& p
   const bool isLeftOut = spanOf(table.column) == 0 && isParagraphEmpty_;
   if (!isLeftOut) {
     writeSeparator();
-    AssembledParagraph inCell = paragraph;
-    inCell.isInTable = true;
-    inCell.tableDepth = depth;
-    separator_ = Separator{'\t', attributes, styleOf(inCell), true};
+    separator_ = Separator{'\t', attributes, styleOf(paragraph), true, cellIn(depth)};
     isParagraphEmpty_ = true;
   }
   ++tables_.back().column;
@@ -88,31 +86,36 @@ std::uint16_t TextAssembly::spanOf(std::uint32_t column) const {
 }
 
 std::uint32_t TextAssembly::styleOf(const AssembledParagraph& paragraph) {
-  const std::uint16_t depth = paragraph.depth();
-  enter(depth);
+  const bool hasMarker = !listMarker_.empty();
+  if (!hasMarker && lastParagraph_ == paragraph) return lastStyle_;
   ParagraphStyle style = paragraph.resolved();
   style.listMarker = std::exchange(listMarker_, String());
   const bool isInList = paragraph.list != 0 || !style.listMarker.empty();
   if (isInList) style.listLevel = static_cast<std::uint8_t>(paragraph.listLevel + 1);
-  if (depth > 0) {
-    const Table& table = tables_.back();
-    const std::uint16_t span = std::max(spanOf(table.column), table.columnSpan);
-    style.cell = TableCell{table.number, table.row, table.column, table.rowSpan, span, depth};
-  }
-  return builder_.add(style);
+  const std::uint32_t added = builder_.add(style);
+  if (hasMarker) return added;
+  lastParagraph_ = paragraph;
+  lastStyle_ = added;
+  return added;
+}
+
+std::optional<TableCell> TextAssembly::cellIn(std::uint16_t depth) {
+  enter(depth);
+  if (depth == 0) return std::nullopt;
+  const Table& table = tables_.back();
+  const std::uint16_t span = std::max(spanOf(table.column), table.columnSpan);
+  return TableCell{table.number, table.row, table.column, table.rowSpan, span, depth};
 }
 
 void TextAssembly::writeSeparator() {
   if (const auto separator = std::exchange(separator_, std::nullopt))
-    builder_.endParagraph(separator->character, separator->attributes, separator->style);
+    builder_.endParagraph(separator->character, separator->attributes, separator->style,
+                          separator->cell ? &*separator->cell : nullptr);
 }
 
 NSAttributedString TextAssembly::take(const AssembledParagraph& last) {
-  if (separator_) {
-    builder_.endText(separator_->style);
-  } else {
-    builder_.endText(styleOf(last));
-  }
+  const auto cell = separator_ ? separator_->cell : cellIn(last.depth());
+  builder_.endText(separator_ ? separator_->style : styleOf(last), cell ? &*cell : nullptr);
   separator_.reset();
   return builder_.take();
 }

@@ -18,12 +18,13 @@ struct AssembledParagraph {
   TextAlignment nextTab = TextAlignment::left;
   std::int32_t list = 0;  // 0 for none.
   std::uint8_t listLevel = 0;
-  std::int32_t styleNumber = 0;
+  std::uint8_t headingOfStyle = 0;  // Where `style` tells of none.
   bool isInTable = false;
   std::uint16_t tableDepth = 0;  // 0 where the document says nothing of nesting.
 
   std::uint16_t depth() const;
   ParagraphStyle resolved() const;
+  friend bool operator==(const AssembledParagraph&, const AssembledParagraph&) = default;
 };
 
 // Puts together what a document says. What ends a paragraph is only written when something follows, since the
@@ -68,15 +69,20 @@ class TextAssembly {
     std::uint32_t attributes = 0;
     std::uint32_t style = 0;
     bool isOfCell = false;
+    std::optional<TableCell> cell;
   };
 
   void writeSeparator();
   void enter(std::uint16_t depth);
+  std::optional<TableCell> cellIn(std::uint16_t depth);
   std::uint32_t styleOf(const AssembledParagraph& paragraph);
   std::uint16_t spanOf(std::uint32_t column) const;
 
   AttributedStringBuilder builder_;
   std::optional<Separator> separator_;
+  // The last one without a marker, and its style.
+  std::optional<AssembledParagraph> lastParagraph_;
+  std::uint32_t lastStyle_ = 0;
   std::vector<Table> tables_;  // The one at hand in each depth.
   std::uint32_t tableCount_ = 0;
   std::vector<std::uint16_t> spans_;
