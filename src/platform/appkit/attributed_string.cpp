@@ -156,6 +156,8 @@ void AttributedStringBuilder::endText(std::uint32_t style, const TableCell* cell
   if (!isParagraphEmpty()) tables_->endParagraph(style, cell);
 }
 
+std::span<TableCell> AttributedStringBuilder::cells() { return tables_->cells; }
+
 std::size_t AttributedStringBuilder::size() const { return tables_->text.size(); }
 
 bool AttributedStringBuilder::isParagraphEmpty() const {

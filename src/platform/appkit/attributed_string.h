@@ -100,6 +100,8 @@ class AttributedStringBuilder {
   // The same without a separator, which must be the end of the text; nothing for an empty paragraph.
   void endText(std::uint32_t style, const TableCell* cell = nullptr);
 
+  // Those so far, of which something else may become known.
+  std::span<TableCell> cells();
   std::size_t size() const;       // In bytes.
   bool isParagraphEmpty() const;  // Nothing was appended since the last separator.
   std::string_view text() const;

@@ -77,5 +77,63 @@ TEST(RtfReader, readsTheSameInSlices) {
   }
 }
 
+// Each paragraph of a table as "column+columns x rows".
+std::vector<std::string> cellsOf(const std::string& rows) {
+  std::vector<std::string> cells;
+  const NSAttributedString text = attributedStringFromRtf("{\\rtf1 " + rows + "}").value();
+  for (const auto& paragraph : text.paragraphs()) {
+    const TableCell* const cell = text.cellOf(paragraph);
+    cells.push_back(cell == nullptr ? "none"
+                                    : std::to_string(cell->column) + "+" + std::to_string(cell->columnSpan) +
+                                          " x " + std::to_string(cell->rowSpan));
+  }
+  return cells;
+}
+
+// Programs say that a cell spans columns by its edge alone, or by cells that are merged.
+TEST(RtfReader, putsCellsIntoTheColumnsThatTheEdgesOfAllRowsMake) {
+  const std::string three = "\\trowd\\cellx1000\\cellx2000\\cellx3000 a\\cell b\\cell c\\cell\\row";
+  const std::vector<std::string> columns = {"0+1 x 1", "1+1 x 1", "2+1 x 1"};
+  const auto with = [&](std::vector<std::string> cells) {
+    cells.insert(cells.begin(), columns.begin(), columns.end());
+    return cells;
+  };
+  EXPECT_EQ(cellsOf(three + three.substr(6)), with(columns));
+  EXPECT_EQ(cellsOf(three + "\\trowd\\cellx2010\\cellx3000 wide\\cell c\\cell\\row"),
+            with({"0+2 x 1", "2+1 x 1"}));
+  EXPECT_EQ(cellsOf(three + "\\trowd\\trleft1000\\cellx3000 wide\\cell\\row"), with({"1+2 x 1"}));
+  EXPECT_EQ(
+      cellsOf(three + "\\trowd\\clmgf\\cellx1000\\clmrg\\cellx2000\\cellx3000 wide\\cell\\cell c\\cell\\row"),
+      with({"0+2 x 1", "2+1 x 1"}));
+  EXPECT_EQ(cellsOf("\\trowd\\cellx1500 narrow\\cell\\row" + three.substr(0)),
+            (std::vector<std::string>{"0+2 x 1", "0+1 x 1", "1+2 x 1", "3+1 x 1"}));
+}
+
+TEST(RtfReader, letsCellsReachDownAsFarAsTheyGoOn) {
+  const std::string first = "\\trowd\\clvmgf\\cellx1000\\cellx2000 high\\cell b\\cell\\row";
+  const std::string next = "\\trowd\\clvmrg\\cellx1000\\cellx2000\\cell b\\cell\\row";
+  EXPECT_EQ(cellsOf(first + next + next),
+            (std::vector<std::string>{"0+1 x 3", "1+1 x 1", "1+1 x 1", "1+1 x 1"}));
+  const std::string full = "\\trowd\\clvmrg\\cellx1000\\cellx2000 own\\cell b\\cell\\row";
+  EXPECT_EQ(cellsOf(first + full), (std::vector<std::string>{"0+1 x 1", "1+1 x 1", "0+1 x 1", "1+1 x 1"}));
+  EXPECT_EQ(cellsOf(next), (std::vector<std::string>{"1+1 x 1"})) << "nothing stands above";
+}
+
+TEST(RtfReader, leavesCellsInTheirOrderWhereEdgesMakeNoSense) {
+  const std::string cells = " a\\cell b\\cell\\row";
+  const std::vector<std::string> inOrder = {"0+1 x 1", "1+1 x 1"};
+  EXPECT_EQ(cellsOf("\\trowd" + cells), inOrder);
+  EXPECT_EQ(cellsOf("\\trowd\\cellx2000\\cellx1000" + cells), inOrder);
+  EXPECT_EQ(cellsOf("\\trowd\\cellx-2147483648\\cellx2147483647" + cells), inOrder);
+  EXPECT_EQ(cellsOf("\\trowd\\cellx5\\cellx9" + cells), inOrder) << "narrower than any column";
+  EXPECT_EQ(cellsOf("\\trowd\\clmrg\\clvmrg\\cellx10\\clmrg\\cellx5" + cells),
+            (std::vector<std::string>{"0+2 x 1", "1+1 x 1"}))
+      << "what is covered keeps its text";
+  std::string many = "\\trowd";
+  for (int i = 1; i < 3000; ++i) many += "\\cellx" + std::to_string(i * 100);
+  EXPECT_EQ(cellsOf(many + cells + "\\trowd\\cellx100\\cellx200" + cells),
+            (std::vector<std::string>{"0+1 x 1", "1+1 x 1", "0+1 x 1", "1+1 x 1"}));
+}
+
 }  // namespace
 }  // namespace tarnix

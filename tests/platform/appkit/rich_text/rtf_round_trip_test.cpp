@@ -202,20 +202,35 @@ class RandomText {
     appendParagraph(own, end, &cell);
   }
 
-  // Spans of rows, and of columns in inner tables, are written, but not read.
+  // Spans in inner tables are written, but not read.
   void appendTable(std::uint16_t depth) {
     const std::uint32_t table = tables_++;
-    const std::uint32_t rows = 1 + below(3);
+    const std::uint32_t rows = 1 + below(4);
     const std::uint32_t columns = 1 + below(4);
+    std::vector<std::uint32_t> freeFrom(columns, 0);  // The first row in which nothing from above stands.
     for (std::uint32_t row = 0; row < rows; ++row) {
+      std::vector<TableCell> cells;
       for (std::uint32_t column = 0; column < columns;) {
         TableCell cell{table, row, column, 1, 1, depth};
-        if (depth == 1 && chance(4))
-          cell.columnSpan = static_cast<std::uint16_t>(1 + below(columns - column));
+        if (freeFrom[column] > row) {
+          ++column;
+          continue;
+        }
+        if (depth == 1) span(cell, rows, freeFrom);
         column += cell.columnSpan;
-        appendCell(cell, column < columns ? '\t' : '\n');
+        cells.push_back(cell);
       }
+      for (const TableCell& cell : cells) appendCell(cell, cell == cells.back() ? '\n' : '\t');
     }
+  }
+
+  // The first column has something of its own in each row.
+  void span(TableCell& cell, std::uint32_t rows, std::vector<std::uint32_t>& freeFrom) {
+    std::uint32_t end = cell.column + 1;
+    while (chance(3) && end < freeFrom.size() && freeFrom[end] <= cell.row) ++end;
+    cell.columnSpan = static_cast<std::uint16_t>(end - cell.column);
+    if (cell.column > 0 && chance(4)) cell.rowSpan = static_cast<std::uint16_t>(1 + below(rows - cell.row));
+    std::fill(freeFrom.begin() + cell.column, freeFrom.begin() + end, cell.row + cell.rowSpan);
   }
 
   std::mt19937 random_;

@@ -102,7 +102,7 @@ class RtfReader::Parser {
   void readBreak(const RtfWord& word);
   void readLook(RtfAction action, std::int32_t value);
   void readParagraph(RtfAction action, std::int32_t value);
-  void readRow(RtfAction action);
+  void readRow(RtfAction action, std::int32_t value);
   void readDestination(const RtfWord& word, bool isOptional);
   void readTable(RtfAction action, std::int32_t value);
   void enterDestination(Destination destination);
@@ -138,10 +138,9 @@ class RtfReader::Parser {
   std::vector<String> links_;
   std::string instruction_;
   std::string listText_;
-  std::string attachment_;            // The name of the object that comes next.
-  bool hasListTexts_ = false;         // The document tells the markers of lists itself.
-  std::vector<std::uint16_t> spans_;  // Of the row that is being defined.
-  enum class Merge : std::uint8_t { none, first, next } merge_ = Merge::none;
+  std::string attachment_;     // The name of the object that comes next.
+  bool hasListTexts_ = false;  // The document tells the markers of lists itself.
+  TableRow::Cell cell_;        // The next of the row that is being defined.
   bool isFootnoteFresh_ = false;
   bool isFootnoteParagraphOver_ = false;
   std::int32_t footnotes_ = 0;

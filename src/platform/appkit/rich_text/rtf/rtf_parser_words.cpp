@@ -10,7 +10,6 @@ using Action = RtfAction;
 
 constexpr double kTwipsPerPoint = 20;
 constexpr std::size_t kMostTabs = 64;
-constexpr std::size_t kMostCells = 1024;
 constexpr std::int32_t kMostHalfPoints = 4000;
 
 double points(std::int32_t twips) { return twips / kTwipsPerPoint; }
@@ -41,7 +40,8 @@ void RtfReader::Parser::readWord(const RtfToken& token) {
   }
   if (isWithin(word->action, Action::paragraphDefault, Action::itemLevel))
     return readParagraph(word->action, value);
-  if (isWithin(word->action, Action::rowDefinition, Action::mergeNext)) return readRow(word->action);
+  if (isWithin(word->action, Action::rowDefinition, Action::mergeNextRow))
+    return readRow(word->action, value);
   if (isWithin(word->action, Action::skip, Action::unicodeText)) return readDestination(*word, isOptional);
   readTable(word->action, value);
 }
@@ -236,29 +236,27 @@ void RtfReader::Parser::readParagraph(RtfAction action, std::int32_t value) {
 }
 
 // Of the rows of tables within tables only the cells count.
-void RtfReader::Parser::readRow(RtfAction action) {
+void RtfReader::Parser::readRow(RtfAction action, std::int32_t value) {
   if (group_.paragraph.depth() > 1) return;
+  TableRow& row = text_.row();
   switch (action) {
     case Action::rowDefinition:
-      spans_.clear();
-      merge_ = Merge::none;
-      break;
-    case Action::mergeFirst:
-      merge_ = Merge::first;
+      row = {};
+      cell_ = {};
+      return;
+    case Action::rowLeft:
+      row.leftEdge = value;
       return;
     case Action::mergeNext:
-      merge_ = Merge::next;
+      cell_.goesOnInColumns = true;
+      return;
+    case Action::mergeNextRow:
+      cell_.goesOnInRows = true;
       return;
     default:
-      if (spans_.size() >= kMostCells) return;
-      spans_.push_back(merge_ == Merge::next ? 0 : 1);
-      if (merge_ == Merge::next) {
-        const auto first = std::find_if(spans_.rbegin(), spans_.rend(), [](auto span) { return span > 0; });
-        if (first != spans_.rend()) ++*first;
-      }
-      merge_ = Merge::none;
+      cell_.rightEdge = value;
+      if (row.cells.size() < TableRow::kMostCells) row.cells.push_back(std::exchange(cell_, {}));
   }
-  text_.setColumnSpans(spans_);
 }
 
 void RtfReader::Parser::enterDestination(Destination destination) { group_.destination = destination; }

@@ -144,8 +144,9 @@ const NamedWord kParagraphWords[] = {
     {"tarnixitem", {Action::itemLevel}},
     {"trowd", {Action::rowDefinition}},
     {"cellx", {Action::cellEdge}},
-    {"clmgf", {Action::mergeFirst}},
+    {"trleft", {Action::rowLeft}},
     {"clmrg", {Action::mergeNext}},
+    {"clvmrg", {Action::mergeNextRow}},
 };
 
 const NamedWord kDestinationWords[] = {

@@ -70,8 +70,9 @@ enum class RtfAction : std::uint8_t {
   // Rows.
   rowDefinition,
   cellEdge,
-  mergeFirst,
+  rowLeft,
   mergeNext,
+  mergeNextRow,
   // Unicode and encodings.
   unicode,
   unicodeFallback,

@@ -46,7 +46,7 @@ void TextAssembly::endCell(std::uint32_t attributes, const AssembledParagraph& p
   if (isFull()) return;
   enter(depth);
   Table& table = tables_.back();
-  const bool isLeftOut = spanOf(table.column) == 0 && isParagraphEmpty_;
+  const bool isLeftOut = isCovered(table.column) && isParagraphEmpty_;
   if (!isLeftOut) {
     writeSeparator();
     separator_ = Separator{'\t', attributes, styleOf(paragraph), true, cellIn(depth)};
@@ -58,7 +58,8 @@ void TextAssembly::endCell(std::uint32_t attributes, const AssembledParagraph& p
 void TextAssembly::endRow(std::uint16_t depth) {
   if (separator_ && separator_->isOfCell) separator_->character = '\n';
   if (tables_.size() < depth) return;
-  tables_.resize(depth);
+  closeTables(depth);
+  if (depth == 1 && !row_.cells.empty()) grid_.add(row_);
   ++tables_.back().row;
   tables_.back().column = 0;
 }
@@ -72,17 +73,28 @@ void TextAssembly::beginCell(std::uint16_t depth, std::uint32_t column, std::uin
 }
 
 void TextAssembly::endTable(std::uint16_t depth) {
-  if (depth > 0 && tables_.size() >= depth) tables_.resize(depth - 1U);
+  if (depth > 0) closeTables(depth - 1U);
 }
 
 // Tables within one that is at hand end where the text goes on outside them.
 void TextAssembly::enter(std::uint16_t depth) {
-  if (tables_.size() > depth) tables_.resize(depth);
-  while (tables_.size() < depth) tables_.push_back({tableCount_++, 0, 0});
+  closeTables(depth);
+  while (tables_.size() < depth)
+    tables_.push_back({.number = tableCount_++, .firstCell = builder_.cells().size()});
 }
 
-std::uint16_t TextAssembly::spanOf(std::uint32_t column) const {
-  return tables_.size() == 1 && column < spans_.size() ? spans_[column] : std::uint16_t{1};
+void TextAssembly::closeTables(std::size_t depth) {
+  if (tables_.size() <= depth) return;
+  if (depth == 0) {
+    const Table& table = tables_.front();
+    std::exchange(grid_, TableGrid()).arrange(builder_.cells().subspan(table.firstCell), table.number);
+  }
+  tables_.resize(depth);
+}
+
+bool TextAssembly::isCovered(std::uint32_t cell) const {
+  if (tables_.size() != 1 || cell >= row_.cells.size()) return false;
+  return row_.cells[cell].goesOnInColumns || row_.cells[cell].goesOnInRows;
 }
 
 std::uint32_t TextAssembly::styleOf(const AssembledParagraph& paragraph) {
@@ -103,8 +115,7 @@ std::optional<TableCell> TextAssembly::cellIn(std::uint16_t depth) {
   enter(depth);
   if (depth == 0) return std::nullopt;
   const Table& table = tables_.back();
-  const std::uint16_t span = std::max(spanOf(table.column), table.columnSpan);
-  return TableCell{table.number, table.row, table.column, table.rowSpan, span, depth};
+  return TableCell{table.number, table.row, table.column, table.rowSpan, table.columnSpan, depth};
 }
 
 void TextAssembly::writeSeparator() {
@@ -117,6 +128,7 @@ NSAttributedString TextAssembly::take(const AssembledParagraph& last) {
   const auto cell = separator_ ? separator_->cell : cellIn(last.depth());
   builder_.endText(separator_ ? separator_->style : styleOf(last), cell ? &*cell : nullptr);
   separator_.reset();
+  closeTables(0);
   return builder_.take();
 }
 

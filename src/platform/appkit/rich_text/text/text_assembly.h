@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/appkit/attributed_string.h"
+#include "platform/appkit/rich_text/text/table_grid.h"
 
 namespace tarnix {
 
@@ -45,8 +46,8 @@ class TextAssembly {
   void beginCell(std::uint16_t depth, std::uint32_t column, std::uint16_t rowSpan, std::uint16_t columnSpan);
   // What comes next belongs to a table of its own.
   void endTable(std::uint16_t depth);
-  // How many columns the cell that comes next takes, one after the other; 0 leaves a cell out.
-  void setColumnSpans(std::vector<std::uint16_t> spans) { spans_ = std::move(spans); }
+  // How the cells of an outermost table's rows are laid out from now on.
+  TableRow& row() { return row_; }
 
   bool isFull() const { return builder_.size() >= kMostBytes; }
   // Nothing was appended to the paragraph at hand.
@@ -63,6 +64,7 @@ class TextAssembly {
     std::uint32_t column = 0;
     std::uint16_t rowSpan = 1;
     std::uint16_t columnSpan = 1;
+    std::size_t firstCell = 0;
   };
   struct Separator {
     char character = '\n';
@@ -76,7 +78,8 @@ class TextAssembly {
   void enter(std::uint16_t depth);
   std::optional<TableCell> cellIn(std::uint16_t depth);
   std::uint32_t styleOf(const AssembledParagraph& paragraph);
-  std::uint16_t spanOf(std::uint32_t column) const;
+  bool isCovered(std::uint32_t cell) const;
+  void closeTables(std::size_t depth);
 
   AttributedStringBuilder builder_;
   std::optional<Separator> separator_;
@@ -85,7 +88,8 @@ class TextAssembly {
   std::uint32_t lastStyle_ = 0;
   std::vector<Table> tables_;  // The one at hand in each depth.
   std::uint32_t tableCount_ = 0;
-  std::vector<std::uint16_t> spans_;
+  TableRow row_;
+  TableGrid grid_;  // Of the outermost table at hand.
   String listMarker_;
   bool isParagraphEmpty_ = true;
 };
