@@ -210,6 +210,27 @@ std::optional<std::size_t> WindowReader::detailLength() const {
   return area ? lengthOf(area.get()) : std::nullopt;
 }
 
+std::map<std::string, std::string> WindowReader::lookOf(std::string_view text) const {
+  std::map<std::string, std::string> look;
+  const Element area = textArea();
+  const std::string shown = area ? textOf(area.get()).value_or("") : "";
+  const std::size_t place = shown.find(text);
+  if (place == std::string::npos) return look;
+  const Reference<AtspiText> found(atspi_accessible_get_text_iface(area.get()));
+  const auto characters = static_cast<int>(g_utf8_strlen(shown.c_str(), static_cast<gssize>(place)));
+  Failure failure;
+  GHashTable* const attributes =
+      atspi_text_get_attribute_run(found.get(), characters, TRUE, nullptr, nullptr, failure.out());
+  if (attributes == nullptr) return look;
+  const auto add = [](gpointer name, gpointer value, gpointer all) {
+    (*static_cast<std::map<std::string, std::string>*>(all))[static_cast<char*>(name)] =
+        static_cast<char*>(value);
+  };
+  g_hash_table_foreach(attributes, add, &look);
+  g_hash_table_unref(attributes);
+  return look;
+}
+
 bool WindowReader::shows(std::string_view text) const {
   return find([&](AtspiAccessible* element) { return nameOf(element) == text || textOf(element) == text; }) !=
          nullptr;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,6 +40,9 @@ class WindowReader {
   std::optional<std::string> detailText() const;
   // How many characters it has, without reading them.
   std::optional<std::size_t> detailLength() const;
+  // How the first place of it that reads so looks, as assistive tools are told: "weight" is "bold" and so on.
+  // Empty when there is none.
+  std::map<std::string, std::string> lookOf(std::string_view text) const;
   // Any element on show has this name or text.
   bool shows(std::string_view text) const;
   // Whether a switch or check box is on; absent when there is none of this name.

@@ -84,7 +84,9 @@ std::pair<QString, TextRange> RichTextView::lookAt(std::size_t offset) const {
   add(look.font.pointSize > 0, QStringLiteral("font-size:%1pt").arg(look.font.pointSize));
   add(look.font.isBold, QStringLiteral("font-weight:bold"));
   add(look.font.isItalic, QStringLiteral("font-style:italic"));
-  add(look.underline != LineStyle::none, QStringLiteral("text-underline-style:solid"));
+  add(look.underline != LineStyle::none, look.underline == LineStyle::twofold
+                                             ? QStringLiteral("text-underline-type:double")
+                                             : QStringLiteral("text-underline-type:single"));
   add(look.strikethrough != LineStyle::none, QStringLiteral("text-line-through-style:solid"));
   add(look.superscript != 0,
       look.superscript > 0 ? QStringLiteral("text-position:super") : QStringLiteral("text-position:sub"));

@@ -366,7 +366,7 @@ TEST_F(RichTextViewTest, aScreenReaderReadsTheTextAndHowItLooks) {
   const QString look = text().attributes(8, &start, &end);
   EXPECT_TRUE(start == 6 && end == 12);
   for (const char* each :
-       {"font-weight:bold", "font-style:italic", "font-size:20pt", "text-underline-style:solid"})
+       {"font-weight:bold", "font-style:italic", "font-size:20pt", "text-underline-type:single"})
     EXPECT_TRUE(look.contains(each)) << look.toStdString();
 }
 
