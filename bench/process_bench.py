@@ -183,7 +183,15 @@ class Desktop:
     def watch_list(self, window, limit=3000):
         """Starts to look at the upper part of the list, below the search field."""
         width, height = self.size(window)
-        region = (8, 70, min(240, width // 3), min(130, height - 150))
+        return self.watch(window, (8, 70, min(240, width // 3), min(130, height - 150)), limit)
+
+    def watch_clip(self, window):
+        """Starts to look at the clip that is shown, without its edges."""
+        width, height = self.size(window)
+        left = width // 3 + 20
+        return self.watch(window, (left, 70, width - left - 30, height - 90))
+
+    def watch(self, window, region, limit=3000):
         watcher = self.start([self.settings.helper("copy_latency"), window, *region, limit])
         watcher.wait_for_line("ready", 5)
         return watcher
@@ -347,6 +355,32 @@ class Bench:
         self.report("copy: targets asked for that are never read", len(others), 0)
         asked = collections.Counter(target for each in requests for target in each)
         print("    asked for in", len(requests), "copies:", dict(asked), "unread:", sorted(others) or "none", flush=True)
+
+    def rich_text(self):
+        """From a copy of 100 KB of formatted text to the whole of it on screen that is in sight."""
+        times = {"formatted": [], "plain": []}
+        with Desktop(self.settings) as desktop:
+            _, window = desktop.open_window(self.program)
+            desktop.owner("good", "--text", "The first one")
+            time.sleep(1.5)
+            watcher = desktop.watch_clip(window)
+            for _ in range(self.repeats(15, 3)):
+                for kind, taken in times.items():
+                    time.sleep(1.2)
+                    text = [random_text() for _ in range(1000)]
+                    options = ["--text", "\n".join(text)]
+                    if kind == "formatted":
+                        options += ["--rtf", r"{\rtf1\ansi " + "".join(rf"{{\b {line[:8]}}}{{\i\fs28 {line[8:16]}}}"
+                                                                        rf"{line[16:]}\par " for line in text) + "}"]
+                    desktop.owner("good", *options)
+                    taken.append(shown_after(watcher))
+        self.raw["rich_text"] = times
+        good = {kind: [each for each in taken if each is not None] for kind, taken in times.items()}
+        self.report("100 KB of formatted text: not shown", sum(each is None for each in times["formatted"]), 0)
+        self.report("100 KB of formatted text, from its copy to the screen: median",
+                    statistics.median(good["formatted"]) if good["formatted"] else None, 50, "ms")
+        self.note("60 KB of plain text, from its copy to the screen: median",
+                  statistics.median(good["plain"]) if good["plain"] else None, "ms")
 
     def start(self):
         """From exec to the first window with something in it, and the memory that it takes."""
@@ -534,7 +568,7 @@ class Bench:
         hostile.end()
 
 
-BENCHMARKS = ["start", "history_memory", "latency", "flood", "large_text", "large_memory", "hostile", "idle"]
+BENCHMARKS = ["start", "history_memory", "latency", "rich_text", "flood", "large_text", "large_memory", "hostile", "idle"]
 
 
 class Settings:
