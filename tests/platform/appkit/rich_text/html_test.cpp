@@ -74,13 +74,37 @@ TEST(HtmlReader, laysBlanksAndBlocksOutAsBrowsersDo) {
               " a  b\nc\nde"},
              {"a<span style='display: none'>x</span><script>y</script><p hidden>z</p><noscript>n</noscript>b",
               "ab"},
-             {"<q>a</q> <span style='text-transform:uppercase'>b</span>", "“a” B"}});
+             {"<q>a</q> <svg><title>t</title><text>b</text></svg><math><mi>c</mi></math>", "“a” bc"}});
+}
+
+TEST(HtmlReader, readsPicturesAndFieldsAsWhatTheySay) {
+  expectAll({{"a <img src=x alt='smile'> b<img src=y>", "a smile b"},
+             {"<img width=1 height=1>a<img alt=' '>", "a"},
+             {"<input value=v> <input type=submit value=Go> <input type=hidden value=h><input type=password "
+              "value=p>",
+              "v Go"},
+             {"<select><option>one<option selected>two</select> <select><option>first<option>b</select>",
+              "two first"},
+             {"<textarea>a\n  b</textarea>", "a\n  b"}});
+  EXPECT_EQ(lookOf("a<img src=y>", "\uFFFC").attachment, String("Picture"));
+}
+
+TEST(HtmlReader, isNotHeldUpByStyleSheets) {
+  std::string html = "<style>";
+  for (int i = 0; i < 3000; ++i) html += "* * * * * * * *{color:red}";
+  html += "</style>";
+  for (int i = 0; i < 100; ++i) html += "<div>";
+  for (int i = 0; i < 20'000; ++i) html += "<p>x";
+  const NSAttributedString text = attributedStringFromHtml(html);
+  EXPECT_EQ(text.attributesOf(text.runs().front()).color, (TextColor{255, 0, 0}));
+  EXPECT_EQ(text.string().size(), 39'999U);
 }
 
 TEST(HtmlReader, numbersItemsAndSeparatesCells) {
   expectAll({{"<ul><li>a<li>b<ul><li>c</ul></ul>", "•\ta\n•\tb\n◦\tc"},
              {"<ol start=3><li>a<li value=9><p>b</p>more<li style='list-style:none'>c</ol>",
               "3.\ta\n9.\tb\nmore\nc"},
+             {"<ol reversed><li>a<li>b</ol>", "2.\ta\n1.\tb"},
              {"<ol type=i><li>a<li>b</ol><ol type=A><li>c</ol>", "i.\ta\nii.\tb\nA.\tc"},
              {"x<table><caption>t</caption><tr><th>a<td><p>b</p><p>c</p><tr><td colspan=2>d</table>y",
               "x\nt\na\tb\nc\nd\ny"},
@@ -105,6 +129,7 @@ TEST(HtmlReader, takesLooksFromElementsAttributesAndStyles) {
   EXPECT_EQ(lookOf("<span style='text-decoration: line-through'>x", "x").strikethrough, LineStyle::single);
   EXPECT_EQ(lookOf("<b>a<span style='font-weight:400'>x</span></b>", "x").font.isBold, false);
   EXPECT_EQ(lookOf("<sub>x", "x").superscript, -1);
+  EXPECT_EQ(lookOf("<p style='text-transform:uppercase'>x", "x").capitals, TextCapitals::all);
   for (const char* color :
        {"#1e90ff", "dodgerblue", "rgb(30, 144, 255)", "rgb(30 144 255 / 100%)", "hsl(209.6, 100%, 55.9%)"}) {
     const std::string html = "<p style=\"color:" + std::string(color) + "\">x";
@@ -197,7 +222,8 @@ TEST(Conversions, carryATextFromFormToForm) {
   EXPECT_EQ(forms->plainText, String("Head\nsome bold\n•\ta\n•\tb\n1\t2\n3\t4\nend"));
   EXPECT_EQ(plain(forms->html.str()), forms->plainText.str());
   EXPECT_TRUE(lookOf(forms->html.str(), "bold").font.isBold);
-  EXPECT_FALSE(rtfFromHtml("<img src=a.png> <p>&#32;</p>").has_value()) << "a picture alone is no text";
+  for (const char* picture : {"<img src=a.png> <p>&#32;</p>", "<!--StartFragment--><img src=a alt='A view'>"})
+    EXPECT_FALSE(rtfFromHtml(picture).has_value()) << "a picture alone is no text";
   EXPECT_FALSE(formsOfRtf("no rtf").has_value());
 }
 

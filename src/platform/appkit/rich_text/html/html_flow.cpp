@@ -15,20 +15,6 @@ constexpr int kMostSpan = 1000;
 constexpr double kMarkerRoom = 18;
 constexpr std::uint32_t kMostColumns = 1000;
 
-std::string transformed(std::string_view text, HtmlStyle::Transform transform) {
-  std::string result(text);
-  bool isAtStart = true;
-  for (char& c : result) {
-    const bool isLower = c >= 'a' && c <= 'z', isUpper = c >= 'A' && c <= 'Z';
-    const bool rises = transform == HtmlStyle::Transform::upper ||
-                       (transform == HtmlStyle::Transform::capitalize && isAtStart);
-    isAtStart = c == ' ';
-    if (isLower && rises) c = static_cast<char>(c - 'a' + 'A');
-    if (isUpper && transform == HtmlStyle::Transform::lower) c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
-}
-
 }  // namespace
 
 void HtmlFlow::addText(std::string_view utf8, const HtmlStyle& style) {
@@ -79,15 +65,13 @@ void HtmlFlow::append(std::string_view utf8, const HtmlStyle& style) {
   open(style);
   if (std::exchange(hasBlank_, false)) text_.append(" ", blankAttributes_);
   attributes_ = text_.add(style.look);
-  if (style.transform == HtmlStyle::Transform::none) return text_.append(utf8, attributes_);
-  text_.append(transformed(utf8, style.transform), attributes_);
+  text_.append(utf8, attributes_);
 }
 
 void HtmlFlow::addPicture(const String& name, const HtmlStyle& style) {
   if (style.isHidden) return;
   HtmlStyle picture = style;
   picture.look.attachment = name;
-  picture.transform = HtmlStyle::Transform::none;
   append(kAttachment, picture);
 }
 

@@ -75,6 +75,15 @@ std::string textOf(Marker marker, int number) {
   return {};
 }
 
+// What a field of a form shows in a line; empty for one that shows no text of its own.
+std::string_view valueOf(const GumboNode& input) {
+  static constexpr std::string_view kKinds[] = {"",       "text", "search", "email",  "url",    "tel",
+                                                "number", "date", "time",   "submit", "button", "reset"};
+  const bool isShown =
+      std::ranges::find(kKinds, css::lowercase(attributeOf(input, "type"))) != std::end(kKinds);
+  return isShown ? attributeOf(input, "value") : std::string_view();
+}
+
 // A picture that only counts readers or holds a place.
 bool isTiny(const GumboNode& node) {
   return numberOf(node, "width").value_or(2) <= 1 || numberOf(node, "height").value_or(2) <= 1;
@@ -88,7 +97,7 @@ class Walk {
     HtmlStyle style;
     style.look.font.pointSize = 12;
     walk(root, style, nullptr, 0);
-    return flow_.take();
+    return hasText_ ? flow_.take() : NSAttributedString();
   }
 
  private:
@@ -115,7 +124,7 @@ class Walk {
       case GUMBO_NODE_WHITESPACE:
       case GUMBO_NODE_CDATA:
         // References to characters beyond all limits come out of the parser broken.
-        if (isWithin_) flow_.addText(wellFormedUtf8(node.v.text.text), around);
+        if (isWithin_) addText(node.v.text.text, around);
         return;
       case GUMBO_NODE_COMMENT:
         return readComment(css::trimmed(node.v.text.text));
@@ -126,13 +135,18 @@ class Walk {
     }
   }
 
+  void addText(std::string_view text, const HtmlStyle& style) {
+    hasText_ |= !css::trimmed(text).empty();
+    flow_.addText(wellFormedUtf8(text), style);
+  }
+
   // What lies between these marks was copied; the rest is there for its styles.
   void readComment(std::string_view text) {
     if (text == "StartFragment") isWithin_ = true;
     if (text == "EndFragment") isWithin_ = false;
   }
 
-  HtmlStyle styleOf(const GumboNode& node, const HtmlStyle& around, const css::ElementNames& names) const {
+  HtmlStyle styleOf(const GumboNode& node, const HtmlStyle& around, const css::ElementNames& names) {
     HtmlStyle style = around.inherited();
     style.applyKind(names.tag);
     style.applyAttributes(names.tag, [&](const char* name) { return attributeOf(node, name); });
@@ -160,7 +174,8 @@ class Walk {
     HtmlStyle style = styleOf(node, around, names);
     if (style.display == Display::none) return walkUnseen(node, depth);
     if (names.tag == "caption" && !isCaption_) return;
-    if (names.tag == "br" || names.tag == "img") return addSingle(node, style, names);
+    if (names.tag == "br" || names.tag == "img" || names.tag == "input") return addSingle(node, style, names);
+    if (names.tag == "select") return walkChoice(node, style, names, depth);
     if (names.tag == "ul" || names.tag == "ol" || names.tag == "menu" || names.tag == "dir")
       return walkList(node, style, names, depth);
     switch (style.display) {
@@ -182,7 +197,20 @@ class Walk {
   void addSingle(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names) {
     if (!isWithin_) return;
     if (names.tag == "br") return flow_.addLineBreak(style);
+    if (names.tag == "input") return addText(valueOf(node), style);
     addPicture(node, style);
+  }
+
+  // Of its options the chosen one is on show, or the first.
+  void walkChoice(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names, int depth) {
+    const GumboNode* chosen = nullptr;
+    const GumboVector& children = node.v.element.children;
+    for (unsigned i = 0; i < children.length; ++i) {
+      const auto& child = *static_cast<const GumboNode*>(children.data[i]);
+      if (child.type != GUMBO_NODE_ELEMENT || child.v.element.tag != GUMBO_TAG_OPTION) continue;
+      if (chosen == nullptr || hasAttribute(child, "selected")) chosen = &child;
+    }
+    if (chosen != nullptr) walkChildren(*chosen, style, names, depth);
   }
 
   void walkChildren(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names,
@@ -217,12 +245,23 @@ class Walk {
 
   void walkList(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names, int depth) {
     List list;
-    list.next = numberOf(node, "start").value_or(1);
-    if (hasAttribute(node, "reversed")) list.step = -1;
+    const bool isReversed = hasAttribute(node, "reversed");
+    list.next = numberOf(node, "start").value_or(isReversed ? itemCount(node) : 1);
+    if (isReversed) list.step = -1;
     const auto former = list_;
     list_ = list;
     walkBlock(node, style, names, depth);
     list_ = former;
+  }
+
+  static int itemCount(const GumboNode& list) {
+    const GumboVector& children = list.v.element.children;
+    int count = 0;
+    for (unsigned i = 0; i < children.length; ++i) {
+      const auto& child = *static_cast<const GumboNode*>(children.data[i]);
+      if (child.type == GUMBO_NODE_ELEMENT && child.v.element.tag == GUMBO_TAG_LI) ++count;
+    }
+    return count;
   }
 
   void walkItem(const GumboNode& node, const HtmlStyle& style, const css::ElementNames& names, int depth) {
@@ -288,10 +327,11 @@ class Walk {
     if (isBegun || isWithin_) flow_.endCell(style);
   }
 
+  // The text that stands for it, as browsers copy it, or else its place.
   void addPicture(const GumboNode& node, const HtmlStyle& style) {
-    if (isTiny(node)) return;
-    const std::string_view name = css::trimmed(attributeOf(node, "alt"));
-    flow_.addPicture(name.empty() ? String("Picture") : String(wellFormedUtf8(name)), style);
+    const std::string_view text = attributeOf(node, "alt");
+    if (!css::trimmed(text).empty()) return flow_.addText(wellFormedUtf8(text), style);
+    if (!isTiny(node)) flow_.addPicture("Picture", style);
   }
 
   css::StyleSheet sheet_;
@@ -299,6 +339,7 @@ class Walk {
   List list_;
   bool isWithin_ = true;  // The fragment that was copied, or the whole document.
   bool isCaption_ = false;
+  bool hasText_ = false;  // Not only pictures.
 };
 
 }  // namespace

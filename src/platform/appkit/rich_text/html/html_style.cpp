@@ -23,10 +23,11 @@ const Names kBlocks = {
     "form",    "h1",      "h2",        "h3",         "h4",     "h5",       "h6",         "header", "hgroup",
     "hr",      "html",    "legend",    "listing",    "main",   "menu",     "nav",        "ol",     "optgroup",
     "option",  "p",       "plaintext", "pre",        "search", "section",  "summary",    "ul",     "xmp"};
-const Names kUnseen = {"head",  "script", "style",  "template", "noscript", "title",    "meta",    "link",
-                       "base",  "param",  "source", "track",    "area",     "datalist", "iframe",  "object",
-                       "embed", "audio",  "video",  "canvas",   "svg",      "math",     "noembed", "noframes",
-                       "rp",    "input",  "select", "textarea", "progress", "meter"};
+const Names kUnseen = {
+    "head",  "script", "style",    "template",   "noscript",       "title",    "meta",    "link",
+    "base",  "param",  "source",   "track",      "area",           "datalist", "iframe",  "object",
+    "embed", "audio",  "video",    "canvas",     "defs",           "symbol",   "noembed", "noframes",
+    "rp",    "desc",   "metadata", "annotation", "annotation-xml", "progress", "meter"};
 const Names kBold = {"b", "strong", "th"};
 const Names kItalic = {"i", "em", "cite", "var", "dfn", "address"};
 const Names kMonospaced = {"code", "kbd", "samp", "tt", "pre", "listing", "xmp", "plaintext"};
@@ -129,6 +130,7 @@ void HtmlStyle::applyKind(std::string_view tag) {
   if (tag == "small") font.pointSize /= 1.2;
   if (tag == "big") font.pointSize *= 1.2;
   if (tag == "mark") look.highlight = TextColor{255, 255, 0};
+  if (tag == "textarea") whiteSpace = WhiteSpace::preWrap;
   if (tag == "pre" || tag == "listing" || tag == "xmp" || tag == "plaintext") whiteSpace = WhiteSpace::pre;
   if (tag == "th" || tag == "center" || tag == "caption") paragraph.alignment = TextAlignment::center;
   if (tag == "blockquote" || tag == "dd" || tag == "figure") {
@@ -276,12 +278,13 @@ void HtmlStyle::applyText(const css::Declaration& declaration) {
     if (value == "baseline") look.superscript = 0;
   }
   if (name == "text-transform") {
-    static const std::unordered_map<std::string_view, Transform> kTransforms = {
-        {"none", Transform::none},
-        {"uppercase", Transform::upper},
-        {"lowercase", Transform::lower},
-        {"capitalize", Transform::capitalize}};
-    setFrom(kTransforms, value, transform);
+    // Other changes of letters have no look that would keep the text as it is.
+    static const std::unordered_map<std::string_view, TextCapitals> kTransforms = {
+        {"uppercase", TextCapitals::all},
+        {"none", TextCapitals::asWritten},
+        {"lowercase", TextCapitals::asWritten},
+        {"capitalize", TextCapitals::asWritten}};
+    setFrom(kTransforms, value, look.capitals);
   }
   if (name == "white-space") {
     static const std::unordered_map<std::string_view, WhiteSpace> kWhiteSpaces = {

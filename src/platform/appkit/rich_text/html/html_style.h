@@ -25,14 +25,12 @@ struct HtmlStyle {
     lowerRoman,
     upperRoman
   };
-  enum class Transform : std::uint8_t { none, upper, lower, capitalize };
 
   TextAttributes look;
   ParagraphStyle paragraph;
   Display display = Display::inlined;
   WhiteSpace whiteSpace = WhiteSpace::normal;
   Marker marker = Marker::disc;
-  Transform transform = Transform::none;
   bool isHidden = false;  // `visibility`.
 
   // What an element has before anything is said of it; `look` and `paragraph` as far as they are handed down.

@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::size_t kMostRules = 4000;
 constexpr std::size_t kMostCompounds = 8;
+constexpr std::size_t kMostSteps = 1'000'000;
 constexpr std::string_view kNameEnd = ".#";
 
 std::string withoutComments(std::string_view text) {
@@ -144,11 +145,12 @@ bool StyleSheet::matches(const Rule& rule, const ElementNames& element) {
   return true;
 }
 
-std::vector<const Declaration*> StyleSheet::declarationsFor(const ElementNames& element) const {
+std::vector<const Declaration*> StyleSheet::declarationsFor(const ElementNames& element) {
+  if (steps_ > kMostSteps) return {};
   std::vector<std::size_t> found;
   const auto addFor = [&](const std::string& key) {
     const auto [begin, end] = byKey_.equal_range(key);
-    for (auto each = begin; each != end; ++each) {
+    for (auto each = begin; each != end; ++each, ++steps_) {
       if (matches(rules_[each->second], element)) found.push_back(each->second);
     }
   };
@@ -164,6 +166,7 @@ std::vector<const Declaration*> StyleSheet::declarationsFor(const ElementNames& 
   for (const std::size_t rule : found) {
     for (const Declaration& each : bodies_[rules_[rule].body]) declarations.push_back(&each);
   }
+  steps_ += declarations.size();
   return declarations;
 }
 

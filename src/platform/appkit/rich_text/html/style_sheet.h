@@ -25,8 +25,9 @@ struct ElementNames {
 class StyleSheet {
  public:
   void add(std::string_view text);
-  // In the order in which they apply: of two for one property the later one counts.
-  std::vector<const Declaration*> declarationsFor(const ElementNames& element) const;
+  // In the order in which they apply: of two for one property the later one counts. What has been asked for
+  // too much in all has no more to say.
+  std::vector<const Declaration*> declarationsFor(const ElementNames& element);
 
  private:
   struct Compound {
@@ -51,6 +52,7 @@ class StyleSheet {
   std::vector<Rule> rules_;
   // Rules by what the last compound asks for: ".class", "#id", "tag" or "*".
   std::unordered_multimap<std::string, std::size_t> byKey_;
+  std::size_t steps_ = 0;  // Rules looked at, and declarations given.
 };
 
 }  // namespace tarnix::css
