@@ -68,10 +68,11 @@ CHAMBERS = {
     "backends/qt": {
         "theme": (),
         "widgets": ("theme",),
-        "text": ("theme", "widgets"),
+        "text/plain": ("theme", "widgets"),
+        "text/rich": ("theme", "widgets", "text/plain"),
         "rows": ("theme", "widgets"),
         "tree": ("theme",),
-        "presenters": ("theme", "widgets", "text", "rows", "tree"),
+        "presenters": ("theme", "widgets", "text/plain", "text/rich", "rows", "tree"),
     },
     "backends/x11": {
         "text": (), "connection": ("text",), "windows": ("connection",), "clipboard": ("text", "connection"),

@@ -53,6 +53,15 @@ void NSTextView::setFont(const NSFont& font) {
 
 void NSTextView::textWasEdited(const String& text) {
   setString(text);
+  tellDelegate();
+}
+
+void NSTextView::textWasEdited(const NSAttributedString& text) {
+  storage_->setAttributedString(text);
+  tellDelegate();
+}
+
+void NSTextView::tellDelegate() {
   if (const auto told = delegate()) told->textDidChange({kDidChange, shared_from_this()});
 }
 

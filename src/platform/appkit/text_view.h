@@ -70,12 +70,15 @@ class NSTextView : public NSView {
 
   // The user has changed the text to this one, which the delegate is told.
   void textWasEdited(const String& text);
+  void textWasEdited(const NSAttributedString& text);
   // The user has clicked on a link. False unless it leads to a page of the web or an address for mail, which
   // the desktop is asked to open.
   static bool clickedOnLink(const String& link);
   static bool canOpenLink(const String& link);
 
  private:
+  void tellDelegate();
+
   std::shared_ptr<NSTextStorage> storage_;
   std::shared_ptr<NSTextContainer> container_;
   NSFont font_;

@@ -7,7 +7,7 @@
 
 #include "backends/qt/rows/row_view.h"
 #include "backends/qt/stage.h"
-#include "backends/qt/text/plain_text_view.h"
+#include "backends/qt/text/plain/plain_text_view.h"
 #include "backends/qt/theme/text.h"
 #include "contract/changing_view.h"
 

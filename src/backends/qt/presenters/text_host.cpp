@@ -5,13 +5,17 @@
 #include <optional>
 #include <utility>
 
-#include "backends/qt/text/rich_text_view.h"
+#include "backends/qt/text/rich/rich_text_editor.h"
+#include "backends/qt/text/rich/rich_text_formats.h"
+#include "backends/qt/text/rich/rich_text_view.h"
+#include "backends/qt/theme/colors.h"
 #include "backends/qt/theme/fonts.h"
 #include "backends/qt/tree/presenter.h"
 #include "backends/qt/widgets/text_editor.h"
 #include "platform/appkit/scroll_view.h"
 
-// Text views of the toolkit, each mirrored in a widget: one to write in, or one that shows texts of any size.
+// Text views of the toolkit, each mirrored in a widget: two to write in, and one that shows texts of any
+// size.
 namespace tarnix::qt {
 namespace {
 
@@ -19,11 +23,17 @@ std::shared_ptr<NSScrollView> scrollViewOf(const Element& element) {
   return std::dynamic_pointer_cast<NSScrollView>(element.as<elements::HostedView>()->view);
 }
 
-// What the toolkit's own editor can show: a text with a look of its own is for reading.
-bool isForWriting(const NSTextView& text) { return text.isEditable() && text.textStorage()->isPlain(); }
+enum class Use { reading, writing, writingRich };
+
+Use useOf(const NSTextView& text) {
+  if (!text.isEditable()) return Use::reading;
+  if (text.textStorage()->isPlain()) return Use::writing;
+  return text.string().size() <= RichTextEditor::kMostBytes ? Use::writingRich : Use::reading;
+}
 
 void showText(RichTextView& widget, const NSTextView& text) {
   const NSTextStorage& storage = *text.textStorage();
+  widget.setSelectable(text.isSelectable());
   widget.setRowLimit(text.textContainer()->maximumNumberOfLines());
   if (!storage.isPlain()) return widget.setAttributedText(storage.attributedString());
   const QFont font = fontFor(*storage.plainFont(), QGuiApplication::font());
@@ -37,6 +47,15 @@ void showText(TextEditor& widget, const NSTextView& text) {
   widget.setText(text.string());
 }
 
+void showText(RichTextEditor& widget, const NSTextView& text) {
+  const QPalette& palette = widget.palette();
+  const QColor ground =
+      text.drawsBackground() ? colorOf(text.backgroundColor(), palette) : palette.color(QPalette::Base);
+  widget.setUndoRedoEnabled(text.allowsUndo());
+  widget.setAttributedText(text.attributedString(),
+                           textColors(palette, ground, text.usesAdaptiveColorMappingForDarkAppearance()));
+}
+
 // What the text lies on, beside that of the palette, which shows through where neither view has one.
 void showGround(RichTextView& widget, const NSTextView& text) {
   const auto own = text.drawsBackground() ? std::optional(text.backgroundColor()) : std::nullopt;
@@ -47,6 +66,12 @@ void showGround(TextEditor&, const NSTextView&) {}
 
 void connectText(RichTextView& widget, const std::shared_ptr<NSTextView>&) {
   widget.setOpenLink([](const String& link) { NSTextView::clickedOnLink(link); });
+}
+
+void connectText(RichTextEditor& widget, const std::shared_ptr<NSTextView>& text) {
+  widget.setEdited([weak = std::weak_ptr(text)](const NSAttributedString& edited) {
+    if (const auto view = weak.lock()) view->textWasEdited(edited);
+  });
 }
 
 void connectText(TextEditor& widget, const std::shared_ptr<NSTextView>& text) {
@@ -63,8 +88,7 @@ QFrame::Shape shapeOf(NSBorderType border) {
 template <typename Widget>
 class TextHostPresenter : public WidgetPresenter<Widget> {
  public:
-  TextHostPresenter(Rendering& rendering, bool isForWriting)
-      : WidgetPresenter<Widget>(rendering), isForWriting_(isForWriting) {
+  TextHostPresenter(Rendering& rendering, Use use) : WidgetPresenter<Widget>(rendering), use_(use) {
     this->widget()->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     mirror_.setSingleShot(true);
     QObject::connect(&mirror_, &QTimer::timeout, this->widget(), [this] { mirror(); });
@@ -73,8 +97,7 @@ class TextHostPresenter : public WidgetPresenter<Widget> {
   QString ownName() const override { return QCoreApplication::translate("tarnix", "Text"); }
   bool canShow(const Element& element) const override {
     const auto scrollView = scrollViewOf(element);
-    return scrollView && scrollView->documentView() &&
-           isForWriting(*scrollView->documentView()) == isForWriting_;
+    return scrollView && scrollView->documentView() && useOf(*scrollView->documentView()) == use_;
   }
   void show(const Element& element) override {
     if (auto scrollView = scrollViewOf(element); scrollView != scrollView_) follow(std::move(scrollView));
@@ -102,7 +125,7 @@ class TextHostPresenter : public WidgetPresenter<Widget> {
     showText(widget, *scrollView_->documentView());
   }
 
-  bool isForWriting_;
+  Use use_;
   std::shared_ptr<NSScrollView> scrollView_;
   QTimer mirror_;
   AnyCancellable scrollViewChanges_;
@@ -115,9 +138,15 @@ template <>
 std::unique_ptr<Presenter> presenterFor<elements::HostedView>(Rendering& rendering, const Element& element) {
   const auto scrollView = scrollViewOf(element);
   if (!scrollView || !scrollView->documentView()) return nullptr;
-  if (isForWriting(*scrollView->documentView()))
-    return std::make_unique<TextHostPresenter<TextEditor>>(rendering, true);
-  return std::make_unique<TextHostPresenter<RichTextView>>(rendering, false);
+  switch (const Use use = useOf(*scrollView->documentView())) {
+    case Use::writing:
+      return std::make_unique<TextHostPresenter<TextEditor>>(rendering, use);
+    case Use::writingRich:
+      return std::make_unique<TextHostPresenter<RichTextEditor>>(rendering, use);
+    case Use::reading:
+      return std::make_unique<TextHostPresenter<RichTextView>>(rendering, use);
+  }
+  return nullptr;
 }
 
 }  // namespace tarnix::qt

@@ -22,27 +22,35 @@ constexpr int kMostPasted = 16 * 1024 * 1024;  // In UTF-16 units.
 
 }  // namespace
 
-TextEditor::TextEditor(QWidget* parent) : QPlainTextEdit(parent) {
+TextEditor::TextEditor(QWidget* parent) : QTextEdit(parent) {
   setFrameShape(QFrame::NoFrame);
   setAcceptDrops(false);
+  setAcceptRichText(false);
   setTabChangesFocus(false);
   document()->setDocumentMargin(kMargin);
-  connect(this, &QPlainTextEdit::textChanged, this, [this] {
-    if (isSetting_) return;
-    shown_ = fromQString(toPlainText());
-    if (edited_) edited_(shown_);
+  connect(this, &QTextEdit::textChanged, this, [this] {
+    if (!isSetting_) noteEdited();
   });
 }
 
 void TextEditor::setText(const String& text) {
   if (text == shown_) return;
   shown_ = text;
+  change([&] { setPlainText(toQString(text)); });
+}
+
+void TextEditor::noteEdited() {
+  shown_ = fromQString(toPlainText());
+  if (edited_) edited_(shown_);
+}
+
+void TextEditor::change(const std::function<void()>& change) {
   const QScopedValueRollback<bool> guard(isSetting_, true);
-  setPlainText(toQString(text));
+  change();
 }
 
 void TextEditor::setFont(const QFont& font) {
-  if (font != this->font()) QPlainTextEdit::setFont(font);
+  if (font != this->font()) QTextEdit::setFont(font);
 }
 
 void TextEditor::keyPressEvent(QKeyEvent* event) {
@@ -101,7 +109,6 @@ std::span<const TextEditor::KeyAction> TextEditor::keyActions() {
       {QKeySequence::MoveToEndOfDocument, [](Editor editor) { editor.move(Cursor::End, false); }},
       {QKeySequence::SelectEndOfDocument, [](Editor editor) { editor.move(Cursor::End, true); }},
       {QKeySequence::Delete, [](Editor editor) { editor.remove(Cursor::NextCharacter); }},
-      {QKeySequence::Backspace, [](Editor editor) { editor.remove(Cursor::PreviousCharacter); }},
       {QKeySequence::DeleteEndOfWord, [](Editor editor) { editor.remove(Cursor::NextWord); }},
       {QKeySequence::DeleteStartOfWord, [](Editor editor) { editor.remove(Cursor::PreviousWord); }},
       {QKeySequence::DeleteEndOfLine, [](Editor editor) { editor.remove(Cursor::EndOfBlock); }},
@@ -113,6 +120,12 @@ bool TextEditor::editByKey(const QKeyEvent& event) {
   const bool isOfSelection =
       event.key() == Qt::Key_Insert && event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
   if (isOfSelection) return true;
+  // It is bound to nothing here.
+  const bool isBackspace = event.key() == Qt::Key_Backspace && (event.modifiers() & ~Qt::ShiftModifier) == 0;
+  if (isBackspace) {
+    remove(QTextCursor::PreviousCharacter);
+    return true;
+  }
   for (const KeyAction& each : keyActions()) {
     if (!event.matches(each.key)) continue;
     each.act(*this);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QPlainTextEdit>
+#include <QTextEdit>
 #include <functional>
 #include <optional>
 #include <span>
@@ -10,10 +10,10 @@
 
 namespace tarnix::qt {
 
-// A plain text to write in. Copies and pastes by the pasteboard, never by the toolkit's clipboard, and so
+// A text to write in. Copies and pastes by the pasteboard, never by the toolkit's clipboard, and so
 // waits for nobody: what is pasted while its owner is still to hand it over arrives when it has come, where
 // the cursor was then. There is no dragging, and a middle click pastes nothing.
-class TextEditor : public QPlainTextEdit {
+class TextEditor : public QTextEdit {
  public:
   explicit TextEditor(QWidget* parent = nullptr);
 
@@ -25,6 +25,10 @@ class TextEditor : public QPlainTextEdit {
   void setFont(const QFont& font);
 
  protected:
+  // The user has changed the text.
+  virtual void noteEdited();
+  // Changes the text without anybody's being told.
+  void change(const std::function<void()>& change);
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;

@@ -8,7 +8,7 @@
 #include <QtTest>
 
 #include "backends/qt/stage.h"
-#include "backends/qt/text/plain_text_view.h"
+#include "backends/qt/text/plain/plain_text_view.h"
 #include "backends/qt/widgets/search_field.h"
 #include "backends/qt/widgets/text_editor.h"
 
@@ -132,6 +132,7 @@ TEST_F(CopyAndPaste, goThroughThePasteboardInTheEditor) {
   press(Qt::Key_End, Qt::ControlModifier);
   press(Qt::Key_V, Qt::ControlModifier);
   press(Qt::Key_Backspace);
+  EXPECT_EQ(editor.toPlainText(), "two\nthreetwo\nthre");
   press(Qt::Key_Home, Qt::ShiftModifier);
   press(Qt::Key_Delete);
   QTest::keyClicks(&editor, "x");
