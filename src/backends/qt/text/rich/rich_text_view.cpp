@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "backends/qt/text/rich/rich_text_accessible.h"
 #include "backends/qt/text/rich/rich_text_formats.h"
 #include "backends/qt/text/rich/rich_text_pieces.h"
 #include "backends/qt/theme/colors.h"
@@ -18,9 +19,15 @@
 
 namespace tarnix::qt {
 
+RichTextView::RichTextView(QWidget* parent) : PlainTextView(parent) {
+  installRichTextAccessibility();
+  viewport()->setMouseTracking(true);
+}
+
 void RichTextView::setText(String text) {
   if (!attributed_) return PlainTextView::setText(std::move(text));
   attributed_.reset();
+  links_.clear();
   setPieces(std::make_shared<PlainPieces>(std::move(text)), true);
 }
 
@@ -29,7 +36,17 @@ void RichTextView::setAttributedText(const NSAttributedString& text) {
   attributed_ = text;
   isLink_.clear();
   for (const TextAttributes& each : text.attributes()) isLink_.push_back(NSTextView::canOpenLink(each.link));
+  findLinks();
   setPieces(std::make_shared<RichPieces>(text), true);
+}
+
+void RichTextView::findLinks() {
+  links_.clear();
+  if (std::ranges::find(isLink_, true) == isLink_.end()) return;
+  for (std::size_t run = 0; run < attributed_->runs().size() && links_.size() < kMostLinks; ++run) {
+    if (isLink(run) && (links_.empty() || attributed_->runs()[run].end > links_.back().range.end))
+      links_.push_back(linkOf(run));
+  }
 }
 
 void RichTextView::setGround(std::optional<NSColor> background, bool isAdaptive) {
@@ -150,20 +167,34 @@ void RichTextView::tell(const std::optional<Link>& link) {
 
 bool RichTextView::focusNextPrevChild(bool isNext) {
   const auto link = nextLink(isNext);
-  tell(link);
-  if (!link) return PlainTextView::focusNextPrevChild(isNext);
-  select(link->range.begin, link->range.end);
-  reveal(link->range.end);
-  reveal(link->range.begin);
-  QToolTip::showText(mapToGlobal(caretRect(link->range.begin).bottomLeft()), titleStart(link->target), this);
+  if (!link) {
+    tell(std::nullopt);
+    return PlainTextView::focusNextPrevChild(isNext);
+  }
+  goTo(*link);
   return true;
+}
+
+void RichTextView::goTo(const Link& link) {
+  tell(link);
+  select(link.range.begin, link.range.end);
+  reveal(link.range.end);
+  reveal(link.range.begin);
+  QToolTip::showText(mapToGlobal(caretRect(link.range.begin).bottomLeft()), titleStart(link.target), this);
+  const auto isThis = [&](const Link& each) { return each.range == link.range; };
+  const auto found = std::ranges::find_if(links_, isThis);
+  if (found != links_.end()) announceLink(*this, static_cast<std::size_t>(found - links_.begin()));
+}
+
+void RichTextView::open(const Link& link) {
+  if (open_) open_(link.target);
 }
 
 void RichTextView::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const auto link = isEnter ? selectedLink() : std::nullopt;
   if (!link) return PlainTextView::keyPressEvent(event);
-  if (open_) open_(link->target);
+  open(*link);
 }
 
 void RichTextView::mousePressEvent(QMouseEvent* event) {
@@ -185,7 +216,7 @@ void RichTextView::mouseReleaseEvent(QMouseEvent* event) {
   const auto pressed = std::exchange(pressed_, std::nullopt);
   const auto released = linkUnder(event->position().toPoint());
   if (!pressed || !released || pressed->range != released->range || !selection().isEmpty()) return;
-  if (open_) open_(pressed->target);
+  open(*pressed);
 }
 
 bool RichTextView::event(QEvent* event) {

@@ -15,9 +15,10 @@ namespace tarnix::qt {
 // Enter once Tab has led to them.
 class RichTextView : public PlainTextView {
  public:
-  explicit RichTextView(QWidget* parent = nullptr) : PlainTextView(parent) {
-    viewport()->setMouseTracking(true);
-  }
+  // How many links are told one by one.
+  static constexpr std::size_t kMostLinks = 500;
+
+  explicit RichTextView(QWidget* parent = nullptr);
 
   void setText(String text) override;
   // An equal text changes nothing.
@@ -34,6 +35,11 @@ class RichTextView : public PlainTextView {
     TextRange range;
   };
   std::optional<Link> linkAt(std::size_t offset) const;
+  // The first ones that can be opened, until the next text.
+  const std::vector<Link>& links() const { return links_; }
+  void open(const Link& link);
+  // Selects a link and shows it.
+  void goTo(const Link& link);
   // The attributes of the character there, and the characters around it that have the same.
   struct Run {
     TextAttributes attributes;
@@ -63,9 +69,11 @@ class RichTextView : public PlainTextView {
   std::optional<Link> nextLink(bool isNext) const;
   std::optional<Link> selectedLink() const;
   void tell(const std::optional<Link>& link);
+  void findLinks();
 
   std::optional<NSAttributedString> attributed_;  // Absent for a plain text.
   std::vector<bool> isLink_;                      // For each of its attributes.
+  std::vector<Link> links_;
   std::function<void(const String&)> open_;
   std::optional<NSColor> background_;
   bool isAdaptive_ = false;

@@ -6,7 +6,6 @@
 
 #include "backends/qt/stage.h"
 #include "platform/appkit/rich_text/html/html_reader.h"
-#include "platform/appkit/scroll_view.h"
 
 namespace tarnix::qt {
 namespace {
@@ -55,7 +54,9 @@ TEST_F(RichTextEditorTest, givesBackWhatItWasGivenWhereNothingIsWritten) {
     key(Qt::Key_End, Qt::ControlModifier);
     QTest::keyClicks(&editor, "x");
     key(Qt::Key_Backspace);
-    EXPECT_EQ(edited, shown) << editor.toPlainText().toStdString() << html << "\n" << described(edited) << "\n" << described(shown);
+    EXPECT_EQ(edited, shown) << editor.toPlainText().toStdString() << html << "\n"
+                             << described(edited) << "\n"
+                             << described(shown);
   }
 }
 
@@ -86,35 +87,6 @@ TEST_F(RichTextEditorTest, keepsItsPlaceAndWhatIsUndoneWhenTheTextIsTheSame) {
   EXPECT_EQ(edited, shown);
   key(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_EQ(editor.toPlainText(), "bold thin") << "its filling is not undone";
-}
-
-// The whole way, from the host's text view to the widget and back.
-TEST(RichTextHost, isWrittenInWhereItMayBe) {
-  struct Host {
-    using Context = NSViewRepresentableContext<Host>;
-    std::shared_ptr<NSScrollView> view;
-    std::shared_ptr<NSScrollView> makeNSView(const Context&) const { return view; }
-    void updateNSView(NSScrollView&, const Context&) const {}
-  };
-  struct Delegate : NSTextViewDelegate {
-    void textDidChange(const NSNotification&) override { ++changes; }
-    int changes = 0;
-  };
-  Stage stage;
-  const auto scrollView = NSTextView::scrollableTextView();
-  const auto delegate = std::make_shared<Delegate>();
-  NSTextView& text = *scrollView->documentView();
-  text.setDelegate(delegate);
-  text.textStorage()->setAttributedString(attributedStringFromHtml("<b>bold</b>"));
-  stage.show(View(Host{scrollView}));
-  auto* const editor = stage.window().findChild<RichTextEditor*>();
-  ASSERT_NE(editor, nullptr);
-  QTest::keyClicks(editor, "x");
-  EXPECT_EQ(described(text.attributedString()), "[bold]xbold");
-  EXPECT_EQ(delegate->changes, 1);
-  text.setEditable(false);
-  stage.show(View(Host{scrollView}));
-  EXPECT_EQ(stage.window().findChild<RichTextEditor*>(), nullptr);
 }
 
 }  // namespace

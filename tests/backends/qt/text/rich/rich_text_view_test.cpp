@@ -2,49 +2,13 @@
 
 #include <gmock/gmock.h>
 
-#include <QApplication>
-#include <QHelpEvent>
-#include <QTextEdit>
 #include <QScrollBar>
-#include <QToolTip>
-#include <QtTest>
-#include <map>
 #include <random>
 
-#include "backends/qt/stage.h"
-#include "backends/qt/theme/theme.h"
-#include "platform/appkit/scroll_view.h"
+#include "backends/qt/text/rich/rich_text_stage.h"
 
 namespace tarnix::qt {
 namespace {
-
-using ::testing::ElementsAre;
-
-// A text put together by the line.
-class Writer {
- public:
-  Writer& write(const std::string& text, const TextAttributes& look = {}) {
-    builder_.append(text, look);
-    return *this;
-  }
-  Writer& end(const ParagraphStyle& style = {}, char separator = '\n', const TableCell* cell = nullptr) {
-    builder_.endParagraph(separator, builder_.add(TextAttributes()), builder_.add(style), cell);
-    return *this;
-  }
-  Writer& cell(const std::string& text, const TableCell& cell, bool isLast = false) {
-    return write(text).end({}, isLast ? '\n' : '\t', &cell);
-  }
-  NSAttributedString take() { return builder_.take(); }
-
- private:
-  AttributedStringBuilder builder_;
-};
-
-TextAttributes linked(const char* target) {
-  TextAttributes look;
-  look.link = target;
-  return look;
-}
 
 TextAttributes coloured(std::optional<TextColor> color, std::optional<TextColor> highlight) {
   TextAttributes look;
@@ -52,49 +16,6 @@ TextAttributes coloured(std::optional<TextColor> color, std::optional<TextColor>
   look.color = color;
   look.highlight = highlight;
   return look;
-}
-
-class RichTextViewTest : public ::testing::Test {
- protected:
-  RichTextViewTest() : former(QApplication::palette()) {
-    view.resize(500, 400);
-    view.setGround({}, true);
-    view.setOpenLink([this](const String& link) { opened.push_back(link.str()); });
-    static_cast<QWidget&>(view).show();
-    view.setFocus();
-    QApplication::processEvents();
-  }
-  ~RichTextViewTest() override { QApplication::setPalette(former); }
-
-  QWidget& widget() { return view; }
-  void setScheme(ColorScheme scheme) {
-    QApplication::setPalette(themePalette(QPalette(), false, scheme));
-    QApplication::processEvents();
-  }
-  QPoint before(std::size_t offset) { return view.caretRect(offset).center() + QPoint(1, 0); }
-  std::size_t find(const char* text) { return view.text().view().find(text); }
-  void click(std::size_t offset) { QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, before(offset)); }
-  void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(&view, key, modifiers); }
-  QAccessibleTextInterface& text() { return *QAccessible::queryAccessibleInterface(&view)->textInterface(); }
-
-  PlatformScope platform{testPlatform()};
-  QPalette former;
-  RichTextView view;
-  std::vector<std::string> opened;
-};
-
-// Between two places of a row: what stands out most against the commonest colour.
-double drawnContrast(RichTextView& view, std::size_t begin, std::size_t end) {
-  const QRect part = view.caretRect(begin).united(view.caretRect(end)).adjusted(1, 0, -1, 0);
-  const QImage drawn = view.viewport()->grab(part).toImage();
-  std::map<QRgb, int> counts;
-  for (int i = 0; i < drawn.width() * drawn.height(); ++i)
-    ++counts[drawn.pixel(i % drawn.width(), i / drawn.width())];
-  const auto byCount = [](const auto& a, const auto& b) { return a.second < b.second; };
-  const QColor ground(std::ranges::max_element(counts, byCount)->first);
-  double most = 1;
-  for (const auto& [color, count] : counts) most = std::max(most, contrast(QColor(color), ground));
-  return most;
 }
 
 TEST_F(RichTextViewTest, everyColourCanBeReadOnWhateverLiesBelowItInBothSchemes) {
@@ -234,39 +155,6 @@ TEST_F(RichTextViewTest, everyPlaceIsReachedByKeysInDocumentsThatMakeNoSense) {
   }
 }
 
-TEST_F(RichTextViewTest, linksAreOpenedByClickAndKeyAndToldBefore) {
-  view.setAttributedText(Writer()
-                             .write("see ")
-                             .write("this", linked("https://example.org/a"))
-                             .write(" or ")
-                             .write("that", linked("file:///etc/passwd"))
-                             .write(" or ")
-                             .write("mail", linked("mailto:a@example.org"))
-                             .end()
-                             .take());
-  for (const char* each : {"see", "that", "mail", "this"}) click(find(each) + 1);
-  EXPECT_THAT(opened, ElementsAre("mailto:a@example.org", "https://example.org/a"));
-  QTest::mousePress(view.viewport(), Qt::LeftButton, {}, before(find("this")));
-  QTest::mouseMove(view.viewport(), before(find("this") + 3));
-  QMouseEvent drag(QEvent::MouseMove, before(find("this") + 3), view.mapToGlobal(before(find("this") + 3)),
-                   Qt::NoButton, Qt::LeftButton, {});
-  QApplication::sendEvent(view.viewport(), &drag);
-  QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, before(find("this") + 3));
-  EXPECT_EQ(opened.size(), 2U) << "a drag selects";
-
-  QHelpEvent hover(QEvent::ToolTip, before(find("mail") + 1), view.mapToGlobal(before(find("mail") + 1)));
-  QApplication::sendEvent(view.viewport(), &hover);
-  EXPECT_EQ(QToolTip::text(), "mailto:a@example.org");
-  view.select(0, 0);
-  opened.clear();
-  for (int i = 0; i < 2; ++i) key(Qt::Key_Tab), key(Qt::Key_Return);
-  key(Qt::Key_Backtab);
-  EXPECT_EQ(view.selectedText(), "this");
-  EXPECT_EQ(view.accessibleDescription(), "https://example.org/a");
-  key(Qt::Key_Enter);
-  EXPECT_THAT(opened, ElementsAre("https://example.org/a", "mailto:a@example.org", "https://example.org/a"));
-}
-
 TEST_F(RichTextViewTest, anEqualTextChangesNothingAndAnotherLookStartsAfresh) {
   const auto make = [](bool isBold) {
     TextAttributes look;
@@ -368,66 +256,6 @@ TEST_F(RichTextViewTest, aScreenReaderReadsTheTextAndHowItLooks) {
   for (const char* each :
        {"font-weight:bold", "font-style:italic", "font-size:20pt", "text-underline-type:single"})
     EXPECT_TRUE(look.contains(each)) << look.toStdString();
-}
-
-// A view of the toolkit, shown by the presenter.
-struct Note {
-  std::shared_ptr<NSScrollView> scrollView;
-  std::shared_ptr<NSScrollView> makeNSView(const NSViewRepresentableContext<Note>&) const {
-    return scrollView;
-  }
-  void updateNSView(NSScrollView&, const NSViewRepresentableContext<Note>&) const {}
-};
-
-TEST(HostedTextView, isMirroredInAWidgetThatFitsWhatItShows) {
-  Stage stage;
-  const auto scrollView = NSTextView::scrollableTextView();
-  NSTextView& text = *scrollView->documentView();
-  text.setEditable(false);
-  text.setString("plain");
-  const View view = Note{scrollView};
-  stage.show(view);
-  auto* const shown = stage.window().findChild<QAbstractScrollArea*>();
-  auto& reader = dynamic_cast<RichTextView&>(*shown);
-  EXPECT_EQ(reader.text(), "plain");
-  EXPECT_FALSE(reader.runAt(0));
-  text.setFont({"", 40});
-  text.setString("changed without an evaluation");
-  scrollView->setBorderType(NSBorderType::lineBorder);
-  QTest::qWait(1);
-  EXPECT_EQ(reader.text(), "changed without an evaluation");
-  EXPECT_GT(reader.caretRect(0).height(), 50);
-  EXPECT_EQ(reader.frameShape(), QFrame::Box);
-  text.textStorage()->setAttributedString(Writer().write("rich", linked("https://example.org")).take());
-  text.setDrawsBackground(true);
-  text.setBackgroundColor(Color(0.2, 0, 0).nsColor());
-  QTest::qWait(1);
-  EXPECT_TRUE(reader.linkAt(0));
-  EXPECT_EQ(reader.viewport()->grab().toImage().pixelColor(250, 150), QColor(51, 0, 0));
-  EXPECT_GE(drawnContrast(reader, 0, 4), 4.5);
-}
-
-TEST(HostedTextView, whatIsWrittenReachesTheModelAndAnEqualUpdateKeepsWhatCanBeUndone) {
-  Stage stage;
-  const auto scrollView = NSTextView::scrollableTextView();
-  NSTextView& text = *scrollView->documentView();
-  text.setAllowsUndo(true);
-  text.setString("note");
-  const View view = Note{scrollView};
-  stage.show(view);
-  auto& editor = *stage.window().findChild<QTextEdit*>();
-  editor.setFocus();
-  editor.moveCursor(QTextCursor::End);
-  QTest::keyClicks(&editor, " one");
-  QTest::keyClick(&editor, Qt::Key_Return);
-  EXPECT_EQ(text.string(), "note one\n");
-  stage.show(view);
-  EXPECT_EQ(editor.textCursor().position(), 9);
-  QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_NE(text.string(), "note one\n");
-  text.setEditable(false);
-  stage.show(view);
-  EXPECT_NE(dynamic_cast<RichTextView*>(stage.window().findChild<QAbstractScrollArea*>()), nullptr);
 }
 
 }  // namespace
