@@ -9,6 +9,7 @@
 #include "app/session_platform.h"
 #include "backends/linux/poll_driver.h"
 #include "backends/qt/application.h"
+#include "backends/qt/file_manager.h"
 #include "backends/qt/run_loop_driver.h"
 #include "backends/qt/window.h"
 #include "backends/x11/clipboard/pasteboard.h"
@@ -67,7 +68,7 @@ int run(int argc, char** argv) {
     sayWithoutDisplay(session.error().detail);
     return EXIT_FAILURE;
   }
-  const PlatformScope platform(sessionPlatform(**session, loop));
+  const PlatformScope platform(sessionPlatform(**session, loop, qt::askFileManager));
   qt::Application application(argc, argv);
   if (!application.isListeningForSignals())
     say("signals can't be listened for and end the program uncleanly");

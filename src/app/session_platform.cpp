@@ -13,6 +13,7 @@
 #include "backends/linux/files/base_directories.h"
 #include "backends/linux/files/defaults_file.h"
 #include "backends/linux/poll_driver.h"
+#include "backends/linux/time_zone.h"
 #include "backends/x11/clipboard/pasteboard.h"
 #include "backends/x11/windows/screens.h"
 #include "backends/x11/windows/window_server.h"
@@ -90,13 +91,16 @@ x11::Identify identifyWith(const std::shared_ptr<linux_desktop::Workspace>& work
 
 }  // namespace
 
-Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop) {
+Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop,
+                         linux_desktop::Workspace::FileManager fileManager) {
   Platform platform;
   platform.mainRunLoop = std::move(loop);
   platform.wallClock = linux_desktop::wallClockNow;
+  platform.timeZone = std::make_shared<linux_desktop::SystemTimeZone>();
   platform.pasteboards.fill(std::make_shared<AbsentPasteboard>());
   platform.pasteboards[static_cast<std::size_t>(NSPasteboard::Name::general)] = session.pasteboard();
   const auto workspace = workspaceOf(session.windowServer(), *platform.mainRunLoop);
+  workspace->setFileManager(std::move(fileManager));
   platform.workspace = workspace;
   session.pasteboard()->setIdentify(identifyWith(workspace, session.windowServer()));
   platform.windowServer = session.windowServer();

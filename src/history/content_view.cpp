@@ -3,8 +3,8 @@
 #include <chrono>
 #include <utility>
 
-#include "detail/scrollable_attributed_text_view.h"
-#include "detail/scrollable_text_view.h"
+#include "detail/clipboard_item_view.h"
+#include "detail/watching_key.h"
 #include "platform/appkit/application.h"
 #include "platform/platform.h"
 #include "platform/swiftui/elements.h"
@@ -30,25 +30,6 @@ View emptyState() {
   });
 }
 
-View noPreview() {
-  return VStack({
-      Image("exclamationmark.triangle")
-          .symbolRenderingMode(modifiers::SymbolRenderingMode::hierarchical)
-          .font(kLargeSymbolFont)
-          .padding(),
-      Text("Cannot preview content").font(kTitle2).foregroundStyle(modifiers::ForegroundStyle::secondary),
-  });
-}
-
-View plainText(const String& text) {
-  return ScrollableTextView{.text = Binding<String>::constant(text),
-                            .font = NSFont::controlContentFontOfSize(0)};
-}
-
-View formattedText(const NSAttributedString& text) {
-  return ScrollableAttributedTextView{.attributedText = text};
-}
-
 View sidebarButton() {
   return ToolbarItem(elements::ToolbarPlacement::navigation,
                      Button([] { NSApp().sendAction("toggleSidebar:"); }, Image("sidebar.leading")));
@@ -56,19 +37,10 @@ View sidebarButton() {
 
 }  // namespace
 
-const Defaults::Key<bool>& watchingKey() {
-  static std::optional<Defaults::Key<bool>> key;
-  const Defaults::Suite& suite = NSUserDefaults::standardUserDefaults();
-  if (!key || key->suite() != suite) key.emplace("watching", true, suite);
-  return *key;
-}
-
 ContentView::ContentView()
-    : watching(watchingKey()),
-      clipboard(seedHistory(Pasteboard::general)),
-      pasteboardObservable(
-          [] { return std::make_shared<NSPasteboard::Observable>(NSPasteboard::generalPasteboard()); }),
-      rtfReading([] { return std::make_shared<RtfReading>(); }) {}
+    : watching(watchingKey()), clipboard(seedHistory(Pasteboard::general)), pasteboardObservable([] {
+        return std::make_shared<NSPasteboard::Observable>(NSPasteboard::generalPasteboard());
+      }) {}
 
 View ContentView::body() const {
   return NavigationView(sidebar(), detail())
@@ -156,22 +128,9 @@ View ContentView::clearButton() const {
 
 View ContentView::detail() const {
   const ClipboardItem* clip = clipWithId(*clipboard, *selectedItemId);
-  if (clip == nullptr) {
-    rtfReading->forget();
-    return emptyState();
-  }
-  const bool isFile = clip->itemType == ClipboardItemType::fileItem;
-  return VStack({clipText(*clip)}).navigationTitle(isFile ? "File" : "Text").id(clip->id);
-}
-
-// With its look where it can be read, else plain; of a file, its place.
-View ContentView::clipText(const ClipboardItem& clip) const {
-  const bool isText = clip.itemType == ClipboardItemType::textItem;
-  const auto formatted = rtfReading->textOf(isText ? clip.possibleRtf.value_or("") : String());
-  if (formatted.text) return formattedText(*formatted.text);
-  if (clip.possibleText) return plainText(*clip.possibleText);
-  if (clip.possibleFileUrl) return plainText(clip.possibleFileUrl->path());
-  return formatted.isBeingRead ? plainText("") : noPreview();
+  if (clip == nullptr) return emptyState();
+  return View(ClipboardItemView(*clip, [view = *this](const ClipboardItem& each) { view.moveToTop(each); }))
+      .id(clip->id);
 }
 
 }  // namespace tarnix

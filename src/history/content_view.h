@@ -7,15 +7,11 @@
 
 #include "capture/pasteboard.h"
 #include "capture/pasteboard_observable.h"
-#include "detail/rtf_reading.h"
 #include "history/clip_history.h"
 #include "platform/swiftui/view.h"
 #include "settings/views/default.h"
 
 namespace tarnix {
-
-// Whether new clips are taken from the pasteboard; true unless the user turned it off.
-const Defaults::Key<bool>& watchingKey();
 
 // The one view of the window: the searchable list of clips with the switch and the clear button below it, and
 // beside it the selected clip. Holds the history and carries out its operations. Making one takes the first
@@ -31,7 +27,6 @@ class ContentView {
                       &ContentView::clipboard,
                       &ContentView::showClearConfirmation,
                       &ContentView::pasteboardObservable,
-                      &ContentView::rtfReading,
                       &ContentView::pboard,
                       &ContentView::searchText};
   }
@@ -47,7 +42,6 @@ class ContentView {
   State<ClipHistory> clipboard;
   State<bool> showClearConfirmation{false};
   StateObject<NSPasteboard::Observable> pasteboardObservable;
-  StateObject<RtfReading> rtfReading;
   State<Pasteboard> pboard{Pasteboard::general};
   State<String> searchText;
 
@@ -61,7 +55,6 @@ class ContentView {
   View clearButton() const;
   View row(const FilteredClips& clips, std::size_t position) const;
   View detail() const;
-  View clipText(const ClipboardItem& clip) const;
 };
 
 }  // namespace tarnix

@@ -43,6 +43,8 @@ std::optional<std::vector<CGWindowDictionary>> CGWindowListCopyWindowInfo(CGWind
   return Platform::installed().windowServer->copyWindowInfo(options, relativeTo);
 }
 
+const NSTimeZone& NSTimeZone::systemTimeZone() { return *Platform::installed().timeZone; }
+
 Date Date::now() { return Platform::installed().wallClock(); }
 
 std::shared_ptr<NSUserDefaults> NSUserDefaults::initWithSuiteName(const String& name) {

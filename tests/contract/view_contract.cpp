@@ -206,17 +206,63 @@ TEST_P(ViewContract, aDialogComesAndGoesAndItsActionMayAskAgain) {
   EXPECT_EQ(questions, 2);
 }
 
+TEST_P(ViewContract, aPopoverShowsItsContentUntilTheUserTurnsElsewhere) {
+  bool isOpen = false;
+  std::vector<std::string> names{"one", "two"};
+  stage->show([&] {
+    const auto row = [&](std::size_t position) { return verbatimText(names[position]); };
+    return Button([&] { isOpen = !isOpen; }, Text("More"))
+        .popover(bindingTo(isOpen),
+                 VStack({List({Section("Names", {.count = names.size(), .row = row, .positionOfTag = {}})})
+                             .listStyle(modifiers::ListStyle::inset)}));
+  });
+  EXPECT_EQ(stage->popoverRows(), std::nullopt);
+  EXPECT_TRUE(stage->press("More"));
+  stage->settle();
+  EXPECT_EQ(stage->popoverRows(), names);
+  names.pop_back();
+  stage->settle();
+  EXPECT_EQ(stage->popoverRows(), names);
+  stage->leavePopover();
+  stage->settle();
+  EXPECT_FALSE(isOpen);
+  EXPECT_EQ(stage->popoverRows(), std::nullopt);
+  isOpen = true;
+  stage->settle();
+  isOpen = false;
+  stage->settle();
+  EXPECT_EQ(stage->popoverRows(), std::nullopt);
+}
+
+TEST_P(ViewContract, labelsAndTogglesMayBeMadeOfViews) {
+  bool isOn = false;
+  stage->show([&] {
+    return VStack({Group({Label(verbatimText("Source").font({.isBold = true}), Picture({{"any"}, "/a.txt"})),
+                          Divider().frame({.height = 40})}),
+                   Toggle(bindingTo(isOn), Label("Rich", "doc.richtext"))
+                       .labelStyle(modifiers::LabelStyle::titleAndIcon)},
+                  0);
+  });
+  EXPECT_TRUE(stage->shows("Source"));
+  EXPECT_TRUE(stage->flip("Rich"));
+  EXPECT_TRUE(isOn && stage->isOn("Rich"));
+}
+
 TEST_P(ViewContract, theToolbarAndTheTitleAreThoseOfTheDetail) {
   String title("One");
   int presses = 0;
   stage->show([&] {
-    return NavigationView(Text("side"), VStack({TextHost{"body"}}).navigationTitle(title))
+    const View body = VStack({VStack({TextHost{"body"}}).navigationTitle(title)});
+    return NavigationView(Text("side"),
+                          body.toolbar({ToolbarItem(elements::ToolbarPlacement::automatic,
+                                                    Button([&] { presses += 10; }, Text("Own")))}))
         .navigationTitle("whole")
         .toolbar(
             {ToolbarItem(elements::ToolbarPlacement::navigation, Button([&] { ++presses; }, Text("Item")))});
   });
   EXPECT_TRUE(stage->press("Item"));
-  EXPECT_EQ(presses, 1);
+  EXPECT_TRUE(stage->press("Own"));
+  EXPECT_EQ(presses, 11);
   EXPECT_EQ(stage->text(), "body");
   EXPECT_TRUE(stage->shows("One"));
   title = "Two";

@@ -48,6 +48,9 @@ class ViewStage {
   // The title of the dialog that is up, and the choice of one of its buttons.
   virtual std::optional<std::string> dialog() = 0;
   virtual bool choose(const std::string& button) = 0;
+  // The rows of the list in the popover that is open; absent when none is. And the user's turning elsewhere.
+  virtual std::optional<std::vector<std::string>> popoverRows() = 0;
+  virtual void leavePopover() = 0;
 };
 
 // What every renderer is held to; each renderer's tests instantiate it with a stage of theirs.

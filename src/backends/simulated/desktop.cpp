@@ -37,6 +37,24 @@ class Desktop::Workspace final : public NSWorkspace {
     return true;
   }
 
+  NSImage iconForFile(const String& path) const override {
+    for (const auto& application : desktop_.applications_) {
+      if (application->bundle && application->bundle->path() == path) return {{application->name.value_or("")}, path};
+    }
+    return {{}, path};
+  }
+
+  std::optional<String> localizedName(const URL& url) const override {
+    for (const auto& application : desktop_.applications_) {
+      if (application->bundle == url) return application->name;
+    }
+    return std::nullopt;
+  }
+
+  void activateFileViewerSelectingURLs(const std::vector<URL>& urls) const override {
+    desktop_.revealedURLs_.insert(desktop_.revealedURLs_.end(), urls.begin(), urls.end());
+  }
+
  private:
   const Desktop& desktop_;
 };
@@ -68,6 +86,7 @@ class Desktop::Screens final : public NSScreenList {
 Desktop::Desktop() {
   platform_.mainRunLoop = std::make_shared<RunLoop>([this] { return clock_; });
   platform_.wallClock = [this] { return now(); };
+  platform_.timeZone = timeZone_;
   for (auto& pasteboard : platform_.pasteboards) {
     pasteboard = std::make_shared<Pasteboard>([this] { runLoop().noteChange(); });
   }

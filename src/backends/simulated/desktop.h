@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <iterator>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -11,6 +13,21 @@
 #include "platform/platform.h"
 
 namespace tarnix::simulated {
+
+// A place whose clocks are ahead of UTC by so much, from some moments on.
+class TimeZone final : public NSTimeZone {
+ public:
+  void setSecondsFromGMT(std::chrono::seconds seconds, Date from = {Date::Interval(-1e15)}) {
+    changes_[from.sinceReferenceDate.count()] = seconds;
+  }
+  std::chrono::seconds secondsFromGMT(const Date& moment) const override {
+    const auto next = changes_.upper_bound(moment.sinceReferenceDate.count());
+    return next == changes_.begin() ? std::chrono::seconds(0) : std::prev(next)->second;
+  }
+
+ private:
+  std::map<double, std::chrono::seconds> changes_;
+};
 
 // A whole desktop in memory, installed as the platform for as long as it lives: programs that copy, windows,
 // screens, settings, and a clock that stands still until it is moved.
@@ -31,6 +48,8 @@ class Desktop {
   void quit(const String& name);
   // What programs had the desktop open, in order.
   const std::vector<URL>& openedURLs() const { return openedURLs_; }
+  // What the file manager was asked to show, in order.
+  const std::vector<URL>& revealedURLs() const { return revealedURLs_; }
   void setFrontmost(std::shared_ptr<Application> application) { frontmost_ = std::move(application); }
 
   // Front to back.
@@ -46,6 +65,8 @@ class Desktop {
   Pasteboard& pasteboard(NSPasteboard::Name name = NSPasteboard::Name::general);
   RunLoop& runLoop() { return *platform_.mainRunLoop; }
   Date now() const;
+  // UTC at first.
+  TimeZone& timeZone() { return *timeZone_; }
 
   // Shows a view in a window and gives the view that is kept there.
   template <CompositeView T>
@@ -73,6 +94,8 @@ class Desktop {
   bool hasWindowList_ = true;
   mutable int windowListReads_ = 0;
   mutable std::vector<URL> openedURLs_;
+  mutable std::vector<URL> revealedURLs_;
+  std::shared_ptr<TimeZone> timeZone_ = std::make_shared<TimeZone>();
   Platform platform_;
   std::unique_ptr<PlatformScope> scope_;
   std::unique_ptr<Window> window_;

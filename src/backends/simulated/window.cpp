@@ -13,6 +13,8 @@ namespace {
 // The first element, in reading order and attachments last, that `matches`; null when there is none.
 const Element* find(const Element& element, const std::function<bool(const Element&)>& matches) {
   if (matches(element)) return &element;
+  const auto* popover = element.as<elements::Popover>();
+  if (popover != nullptr && !popover->isPresented.get()) return nullptr;
   for (const auto* group : {&element.children, &element.attachments}) {
     for (const Element& child : *group) {
       if (const Element* found = find(child, matches)) return found;
@@ -59,6 +61,13 @@ const elements::ConfirmationDialog* presented(const Element& element) {
 
 const Element* findDialog(const Element& tree) {
   return find(tree, [](const Element& candidate) { return presented(candidate) != nullptr; });
+}
+
+const Element* findPopover(const Element& tree) {
+  return find(tree, [](const Element& candidate) {
+    const auto* popover = candidate.as<elements::Popover>();
+    return popover != nullptr && popover->isPresented.get();
+  });
 }
 
 Window::Row rowOf(const Element& link, const std::optional<UUID>& selection) {
@@ -121,9 +130,25 @@ bool Window::shows(std::string_view text) const {
 std::string Window::shownTitle() const {
   const Element* navigation = findKind<elements::NavigationView>(*graph_.tree());
   if (navigation == nullptr) return {};
-  const auto* title = navigation->children.back().modifier<modifiers::NavigationTitle>();
+  const auto* title = navigationTitleIn(navigation->children.back());
   if (title == nullptr) title = navigation->modifier<modifiers::NavigationTitle>();
   return title == nullptr ? std::string() : title->title.str();
+}
+
+std::optional<std::vector<std::string>> Window::popoverRows() const {
+  const Element* popover = findPopover(*graph_.tree());
+  if (popover == nullptr) return std::nullopt;
+  std::vector<std::string> rows;
+  const Element* found = findKind<elements::Section>(*popover);
+  if (found == nullptr) return rows;
+  const auto& section = *found->as<elements::Section>();
+  for (std::size_t i = 0; i < section.rowCount; ++i) rows.push_back(labelOf(section.row(i)).title.str());
+  return rows;
+}
+
+void Window::leavePopover() {
+  const auto tree = graph_.tree();
+  if (const Element* popover = findPopover(*tree)) popover->as<elements::Popover>()->isPresented.set(false);
 }
 
 bool Window::hasButton(std::string_view name) const {

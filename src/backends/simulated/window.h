@@ -55,6 +55,9 @@ class Window {
   // The dialog that is up: its title, absent when there is none, and the choice of a button.
   std::optional<std::string> dialog() const;
   bool choose(std::string_view button);
+  // The texts of the rows in the popover that is open, absent when none is; and its going.
+  std::optional<std::vector<std::string>> popoverRows() const;
+  void leavePopover();
 
   void setVisible(bool isVisible) { graph_.setVisible(isVisible); }
   ViewGraph& graph() { return graph_; }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/appkit/image.h"
 #include "platform/coregraphics/rect.h"
 #include "platform/foundation/string.h"
 #include "platform/foundation/url.h"
@@ -37,6 +38,14 @@ class NSWorkspace {
   // Has the program that the desktop chose for this kind of URL open it, without waiting for it. False when
   // there is none that could be asked.
   virtual bool openURL(const URL& url) const = 0;
+
+  // Of an application, where the path is its bundle location; else by the kind of file, which is not looked
+  // at.
+  virtual NSImage iconForFile(const String& path) const = 0;
+  // What the user calls the application at this place; absent for anything else (NSURLLocalizedNameKey).
+  virtual std::optional<String> localizedName(const URL& url) const = 0;
+  // Has the file manager show the files selected, or the folder of one that is gone. Waits for nobody.
+  virtual void activateFileViewerSelectingURLs(const std::vector<URL>& urls) const = 0;
 
   static NSWorkspace& sharedWorkspace();
 };

@@ -9,6 +9,7 @@
 #include <variant>
 #include <vector>
 
+#include "platform/appkit/image.h"
 #include "platform/swiftui/view.h"
 
 // What views are made of: each kind of element with its text form, and below them the functions that make
@@ -34,19 +35,45 @@ struct Image {
 };
 inline std::string describe(const Image& image) { return "Image " + text_form::quoted(image.systemName); }
 
+// A picture that fits into the room it is given, in its own colours and shape. Assistive tools are told
+// nothing of it.
+struct Picture {
+  NSImage image;
+};
+inline std::string describe(const Picture& picture) {
+  const String& name = picture.image.names.empty() ? picture.image.path : picture.image.names.front();
+  return "Picture " + text_form::quoted(name);
+}
+
+// Children: the title and the icon, where they are more than a text and a symbol.
 struct Label {
   String title;
   String systemName;
 };
 inline std::string describe(const Label& label) {
+  if (label.title.empty() && label.systemName.empty()) return "Label";
   return "Label " + text_form::quoted(label.title) + " " + text_form::quoted(label.systemName);
 }
 
-struct VStack {};
-inline std::string describe(const VStack&) { return "VStack"; }
+// In points between the children; the platform's own choice where it is absent.
+using Spacing = std::optional<double>;
+inline std::string describeStack(const char* name, Spacing spacing) {
+  return spacing ? name + (" spacing=" + text_form::number(*spacing)) : name;
+}
 
-struct HStack {};
-inline std::string describe(const HStack&) { return "HStack"; }
+struct VStack {
+  Spacing spacing;
+};
+inline std::string describe(const VStack& stack) { return describeStack("VStack", stack.spacing); }
+
+struct HStack {
+  Spacing spacing;
+};
+inline std::string describe(const HStack& stack) { return describeStack("HStack", stack.spacing); }
+
+// Children without a place of their own.
+struct Group {};
+inline std::string describe(const Group&) { return "Group"; }
 
 struct Spacer {};
 inline std::string describe(const Spacer&) { return "Spacer"; }
@@ -111,12 +138,21 @@ struct HostedView {
 std::string describe(const HostedView& hosted);
 
 // An attachment. Children: the content.
-enum class ToolbarPlacement { navigation, primaryAction };
+enum class ToolbarPlacement { automatic, navigation, primaryAction };
 struct ToolbarItem {
   ToolbarPlacement placement = ToolbarPlacement::navigation;
 };
 inline std::string describe(const ToolbarItem& item) {
-  return "ToolbarItem " + text_form::name(item.placement, {"navigation", "primaryAction"});
+  return "ToolbarItem " + text_form::name(item.placement, {"automatic", "navigation", "primaryAction"});
+}
+
+// An attachment. Children: the content, beside what it hangs on while `isPresented`. Going in any way sets
+// that to false.
+struct Popover {
+  Binding<bool> isPresented;
+};
+inline std::string describe(const Popover& popover) {
+  return std::string("Popover ") + (popover.isPresented.get() ? "presented" : "hidden");
 }
 
 // An attachment. Children: buttons. A chosen button takes the dialog away, so that `isPresented` is false,
@@ -135,10 +171,11 @@ inline std::string describe(const ConfirmationDialog& dialog) {
 }  // namespace elements
 
 struct ElementContent
-    : std::variant<elements::Text, elements::Image, elements::Label, elements::VStack, elements::HStack,
-                   elements::Spacer, elements::Divider, elements::NavigationView, elements::List,
-                   elements::Section, elements::NavigationLink, elements::Toggle, elements::Button,
-                   elements::HostedView, elements::ToolbarItem, elements::ConfirmationDialog> {
+    : std::variant<elements::Text, elements::Image, elements::Picture, elements::Label, elements::VStack,
+                   elements::HStack, elements::Group, elements::Spacer, elements::Divider,
+                   elements::NavigationView, elements::List, elements::Section, elements::NavigationLink,
+                   elements::Toggle, elements::Button, elements::HostedView, elements::ToolbarItem,
+                   elements::Popover, elements::ConfirmationDialog> {
   using variant::variant;
 };
 
@@ -148,9 +185,17 @@ inline View Image(String systemName) { return View(elements::Image{std::move(sys
 inline View Label(String title, String systemName) {
   return View(elements::Label{std::move(title), std::move(systemName)});
 }
-// Stacks have the platform's spacing.
-inline View VStack(std::vector<View> children) { return View(elements::VStack{}, std::move(children)); }
-inline View HStack(std::vector<View> children) { return View(elements::HStack{}, std::move(children)); }
+inline View Picture(NSImage image) { return View(elements::Picture{std::move(image)}); }
+inline View Label(View title, View icon) {
+  return View(elements::Label{}, {std::move(title), std::move(icon)});
+}
+inline View VStack(std::vector<View> children, elements::Spacing spacing = {}) {
+  return View(elements::VStack{spacing}, std::move(children));
+}
+inline View HStack(std::vector<View> children, elements::Spacing spacing = {}) {
+  return View(elements::HStack{spacing}, std::move(children));
+}
+inline View Group(std::vector<View> children) { return View(elements::Group{}, std::move(children)); }
 inline View Spacer() { return View(elements::Spacer{}); }
 inline View Divider() { return View(elements::Divider{}); }
 inline View NavigationView(View sidebar, View detail) {
@@ -158,6 +203,10 @@ inline View NavigationView(View sidebar, View detail) {
 }
 inline View List(Binding<std::optional<UUID>> selection, std::vector<View> sections) {
   return View(elements::List{std::move(selection)}, std::move(sections));
+}
+// Of which none is ever selected.
+inline View List(std::vector<View> sections) {
+  return List(Binding<std::optional<UUID>>::constant(std::nullopt), std::move(sections));
 }
 inline View Section(String header, View::Rows rows) {
   elements::Section section{std::move(header), rows.count, {}, rows.positionOfTag};

@@ -18,4 +18,12 @@ LabelParts labelOf(const Element& element) {
   return label;
 }
 
+const modifiers::NavigationTitle* navigationTitleIn(const Element& column) {
+  if (const auto* own = column.modifier<modifiers::NavigationTitle>()) return own;
+  for (const Element& child : column.children) {
+    if (const auto* found = navigationTitleIn(child)) return found;
+  }
+  return nullptr;
+}
+
 }  // namespace tarnix

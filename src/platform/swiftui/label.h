@@ -13,4 +13,8 @@ struct LabelParts {
 // By the element itself and its children; of several texts the last one counts.
 LabelParts labelOf(const Element& element);
 
+// The title that a column is given by itself or, before those behind them, by what stands in it; null for
+// none.
+const modifiers::NavigationTitle* navigationTitleIn(const Element& column);
+
 }  // namespace tarnix

@@ -49,7 +49,7 @@ enum class SymbolRenderingMode { monochrome, hierarchical, palette };
 enum class ListStyle { automatic, sidebar, inset };
 enum class ToggleStyle { automatic, switchControl };
 enum class ButtonStyle { automatic, borderless };
-enum class LabelStyle { automatic, iconOnly };
+enum class LabelStyle { automatic, iconOnly, titleAndIcon };
 // Controls inside take no input. Once disabled, nothing inside is enabled again.
 struct Disabled {
   bool isDisabled = true;
@@ -157,7 +157,7 @@ inline std::string describe(ButtonStyle style) {
   return ".buttonStyle(" + text_form::name(style, {"automatic", "borderless"}) + ")";
 }
 inline std::string describe(LabelStyle style) {
-  return ".labelStyle(" + text_form::name(style, {"automatic", "iconOnly"}) + ")";
+  return ".labelStyle(" + text_form::name(style, {"automatic", "iconOnly", "titleAndIcon"}) + ")";
 }
 inline std::string describe(const Disabled& disabled) {
   return std::string(".disabled(") + (disabled.isDisabled ? "true)" : "false)");

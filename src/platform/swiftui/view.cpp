@@ -13,6 +13,7 @@ View::View(ElementContent content, std::vector<View> children, std::optional<Row
                                               .modifiers = {},
                                               .attachments = {},
                                               .changeHooks = {},
+                                              .receiveHooks = {},
                                               .identity = {}})) {}
 
 View::View(std::shared_ptr<const Composite> composite) : View(elements::VStack{}) {
@@ -36,6 +37,16 @@ View View::modified(modifiers::Modifier modifier) const {
 
 View View::watching(ChangeHook hook) const {
   return changed([&](Node& node) { node.changeHooks.push_back(std::move(hook)); });
+}
+
+View View::receiving(ReceiveHook hook) const {
+  return changed([&](Node& node) { node.receiveHooks.push_back(std::move(hook)); });
+}
+
+View View::popover(Binding<bool> isPresented, View content) const {
+  return changed([&](Node& node) {
+    node.attachments.push_back(View(elements::Popover{std::move(isPresented)}, {std::move(content)}));
+  });
 }
 
 View View::id(UUID identity) const {

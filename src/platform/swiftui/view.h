@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/combine/publisher.h"
 #include "platform/swiftui/modifiers.h"
 #include "platform/swiftui/state.h"
 #include "platform/swiftui/view_representable.h"
@@ -43,6 +44,11 @@ class View : public modifiers::Modifiable<View> {
     std::function<bool(const std::any&, const std::any&)> isEqual;
     std::function<void()> action;
   };
+  // What another sends; `action` runs for each value while the view is in the tree of a visible graph.
+  struct ReceiveHook {
+    std::function<AnyCancellable(std::function<void()>)> subscribe;
+    std::function<void()> action;
+  };
   // A composite view whose type is forgotten.
   class Composite;
 
@@ -55,10 +61,14 @@ class View : public modifiers::Modifiable<View> {
   // What has another identity is another thing: state at and below this place starts afresh.
   View id(UUID identity) const;
   View toolbar(std::vector<View> items) const;
+  View popover(Binding<bool> isPresented, View content) const;
   View confirmationDialog(String title, Binding<bool> isPresented, std::vector<View> buttons,
                           String message) const;
   template <std::equality_comparable T>
   View onChange(std::function<T()> value, std::function<void()> action) const;
+  // The publisher of the first evaluation stays subscribed to, the newest action counts.
+  template <typename T>
+  View onReceive(Publisher<T> publisher, std::function<void()> action) const;
 
  private:
   friend class modifiers::Modifiable<View>;
@@ -69,6 +79,7 @@ class View : public modifiers::Modifiable<View> {
   View modified(modifiers::Modifier modifier) const;
   View changed(const std::function<void(Node&)>& change) const;
   View watching(ChangeHook hook) const;
+  View receiving(ReceiveHook hook) const;
 
   std::shared_ptr<const Node> node_;
 };
@@ -138,6 +149,14 @@ View View::onChange(std::function<T()> value, std::function<void()> action) cons
       {[value = std::move(value)] { return std::any(value()); },
        [](const std::any& a, const std::any& b) { return *std::any_cast<T>(&a) == *std::any_cast<T>(&b); },
        std::move(action)});
+}
+
+template <typename T>
+View View::onReceive(Publisher<T> publisher, std::function<void()> action) const {
+  return receiving({[publisher = std::move(publisher)](std::function<void()> receive) {
+                      return publisher.sink([receive = std::move(receive)](const T&) { receive(); });
+                    },
+                    std::move(action)});
 }
 
 }  // namespace tarnix

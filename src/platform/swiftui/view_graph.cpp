@@ -23,6 +23,7 @@ void ViewGraph::setRender(Render render) {
 
 void ViewGraph::setVisible(bool isVisible) {
   isVisible_ = isVisible;
+  places_->setReceiving(isVisible);
   if (isVisible_ && isDirty_) invalidate();
 }
 

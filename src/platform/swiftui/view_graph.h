@@ -35,8 +35,8 @@ class ViewGraph {
   // Sends after each evaluation, once it is rendered.
   Publisher<Void> evaluations() const { return evaluated_.publisher(); }
 
-  // While invisible, watched values are looked at as ever, but no view is evaluated; becoming visible makes
-  // up for it.
+  // While invisible, watched values are looked at as ever, but no view is evaluated and none receives what
+  // others send; becoming visible makes up for the evaluation.
   void setVisible(bool isVisible);
 
  private:

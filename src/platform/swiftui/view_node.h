@@ -17,6 +17,7 @@ struct View::Node {
   std::vector<modifiers::Modifier> modifiers;
   std::vector<View> attachments;
   std::vector<ChangeHook> changeHooks;
+  std::vector<ReceiveHook> receiveHooks;
   std::optional<UUID> identity;
 };
 

@@ -75,6 +75,38 @@ void ViewPlaces::watch(const ViewPath& path, const std::vector<View::ChangeHook>
   }
 }
 
+void ViewPlaces::receive(const ViewPath& path, const std::vector<View::ReceiveHook>& hooks) {
+  auto& receptions = placeAt(path).receptions;
+  receptions.resize(std::min(receptions.size(), hooks.size()));
+  for (std::size_t i = 0; i < hooks.size(); ++i) {
+    if (i < receptions.size()) {
+      receptions[i]->hook = hooks[i];
+      continue;
+    }
+    receptions.push_back(std::make_shared<Reception>(Reception{hooks[i], {}}));
+    if (isReceiving_) subscribe(receptions.back());
+  }
+}
+
+void ViewPlaces::subscribe(const std::shared_ptr<Reception>& reception) const {
+  reception->subscription = reception->hook.subscribe([weak = std::weak_ptr(reception)] {
+    const auto present = weak.lock();
+    if (!present) return;
+    const auto action = present->hook.action;
+    action();
+  });
+}
+
+void ViewPlaces::setReceiving(bool isReceiving) {
+  if (std::exchange(isReceiving_, isReceiving) == isReceiving) return;
+  for (auto& [path, place] : places_) {
+    for (const auto& each : place.receptions) {
+      each->subscription = {};
+      if (isReceiving) subscribe(each);
+    }
+  }
+}
+
 void ViewPlaces::noteRows(const ViewPath& path, std::size_t count) { placeAt(path).rowCount = count; }
 
 // An action may have rows looked at, and so change what is kept.

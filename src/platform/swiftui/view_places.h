@@ -46,6 +46,9 @@ class ViewPlaces {
   // Gives the view the state that is kept at its place, and keeps it from now on.
   void keep(const ViewPath& path, const std::shared_ptr<View::Composite>& composite);
   void watch(const ViewPath& path, const std::vector<View::ChangeHook>& hooks);
+  void receive(const ViewPath& path, const std::vector<View::ReceiveHook>& hooks);
+  // While not, nothing is received.
+  void setReceiving(bool isReceiving);
   // The view of the toolkit that is kept at a place, null when none is yet; and one to keep.
   std::shared_ptr<RepresentedView> represented(const ViewPath& path) { return placeAt(path).represented; }
   void represent(const ViewPath& path, std::shared_ptr<RepresentedView> view) {
@@ -62,20 +65,27 @@ class ViewPlaces {
     View::ChangeHook hook;
     std::any last;
   };
+  struct Reception {
+    View::ReceiveHook hook;
+    AnyCancellable subscription;
+  };
   struct Place {
     std::shared_ptr<View::Composite> composite;
     std::shared_ptr<RepresentedView> represented;
     std::vector<Watch> watches;
+    std::vector<std::shared_ptr<Reception>> receptions;
     std::size_t rowCount = 0;
     bool isInUse = true;
   };
 
   Place& placeAt(const ViewPath& path);
+  void subscribe(const std::shared_ptr<Reception>& reception) const;
   // Whether the way leads through rows, from the given step on, and all of them are still there.
   bool isInRows(const ViewPath& path, std::size_t firstStep) const;
 
   std::shared_ptr<ViewInvalidation> invalidation_;
   std::map<ViewPath, Place> places_;
+  bool isReceiving_ = true;
 };
 
 }  // namespace tarnix

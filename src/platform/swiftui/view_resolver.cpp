@@ -40,6 +40,7 @@ Element ViewResolver::resolveContent(const View::Node& node) {
   resolveAll(node.attachments, Kind::attachment, element.attachments);
   inherited_ = outer;
   if (places_ && !node.changeHooks.empty()) places_->watch(path_, node.changeHooks);
+  if (places_ && !node.receiveHooks.empty()) places_->receive(path_, node.receiveHooks);
   return element;
 }
 

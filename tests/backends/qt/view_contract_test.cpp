@@ -106,6 +106,17 @@ class QtStage final : public test::ViewStage {
     return false;
   }
 
+  std::optional<std::vector<std::string>> popoverRows() override {
+    QWidget* const popup = QApplication::activePopupWidget();
+    auto* const rows = popup == nullptr ? nullptr : popup->findChild<RowView*>();
+    if (rows == nullptr) return std::nullopt;
+    std::vector<std::string> texts;
+    for (int row = 0; row < rows->model()->rowCount(); ++row)
+      texts.push_back(rows->model()->index(row, 0).data(Qt::AccessibleTextRole).toString().toStdString());
+    return texts;
+  }
+  void leavePopover() override { QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape); }
+
  private:
   RowView& list() { return *stage_.window().findChild<RowView*>(); }
   QMessageBox* box() { return stage_.window().findChild<QMessageBox*>(); }

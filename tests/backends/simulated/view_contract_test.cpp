@@ -28,6 +28,8 @@ class SimulatedWindowStage final : public test::ViewStage {
   bool pick(std::size_t row) override { return window_->pick(row); }
   std::optional<std::string> dialog() override { return window_->dialog(); }
   bool choose(const std::string& button) override { return window_->choose(button); }
+  std::optional<std::vector<std::string>> popoverRows() override { return window_->popoverRows(); }
+  void leavePopover() override { window_->leavePopover(); }
 
   std::vector<Row> rows() override {
     std::vector<Row> rows;

@@ -49,9 +49,28 @@ std::optional<URL> Workspace::URLForApplicationWithBundleIdentifier(const String
   return URL(entry->file.string(), URL::DirectoryHint::notDirectory);
 }
 
-std::optional<String> Workspace::iconName(const String& bundleIdentifier) const {
-  const DesktopEntries::Entry entry = entries_->withIdentifier(bundleIdentifier);
-  return entry && !entry->icon.empty() ? std::optional<String>(entry->icon) : std::nullopt;
+NSImage Workspace::iconForFile(const String& path) const {
+  const DesktopEntries::Entry entry = entries_->withFile(path.str());
+  if (!entry || entry->icon.empty()) return {{}, path};
+  return {{String(entry->icon)}, path};
+}
+
+std::optional<String> Workspace::localizedName(const URL& url) const {
+  const DesktopEntries::Entry entry = entries_->withFile(url.path().str());
+  return entry ? std::optional(entry->name) : std::nullopt;
+}
+
+void Workspace::activateFileViewerSelectingURLs(const std::vector<URL>& urls) const {
+  if (urls.empty()) return;
+  const std::filesystem::path folder = std::filesystem::path(urls.front().path().str()).parent_path();
+  const auto openFolder = [opener = std::weak_ptr(opener_), folder] {
+    const URL url(String(folder.string()), URL::DirectoryHint::isDirectory);
+    if (const auto present = opener.lock()) present->open(url.absoluteString().str());
+  };
+  if (!fileManager_) return openFolder();
+  std::vector<String> texts;
+  for (const URL& url : urls) texts.push_back(url.absoluteString());
+  fileManager_(texts, openFolder);
 }
 
 }  // namespace tarnix::linux_desktop

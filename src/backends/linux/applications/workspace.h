@@ -37,18 +37,23 @@ class Workspace final : public NSWorkspace {
   // The desktop entry's file, or that of the program itself.
   std::optional<URL> URLForApplicationWithBundleIdentifier(const String& identifier) const override;
 
-  bool openURL(const URL& url) const override { return opener_->open(url.absoluteString().str()); }
+  NSImage iconForFile(const String& path) const override;
+  std::optional<String> localizedName(const URL& url) const override;
+  void activateFileViewerSelectingURLs(const std::vector<URL>& urls) const override;
+  // Asks the desktop's file manager to show files, and calls `failed` if there is none. Without one the
+  // folder of the first file is opened.
+  using FileManager = std::function<void(const std::vector<String>& urls, std::function<void()> failed)>;
+  void setFileManager(FileManager fileManager) { fileManager_ = std::move(fileManager); }
 
-  // What the icon theme calls the application's icon, or its absolute path. Absent for an unknown application
-  // and for one that has no icon.
-  std::optional<String> iconName(const String& bundleIdentifier) const;
+  bool openURL(const URL& url) const override { return opener_->open(url.absoluteString().str()); }
 
  private:
   std::shared_ptr<DesktopEntries> entries_;
   FrontmostProcess frontmostProcess_;
   WindowClasses windowClasses_;
   ProcessTable processes_;
-  std::unique_ptr<UrlOpener> opener_ = std::make_unique<UrlOpener>();
+  std::shared_ptr<UrlOpener> opener_ = std::make_shared<UrlOpener>();
+  FileManager fileManager_;
 };
 
 }  // namespace tarnix::linux_desktop

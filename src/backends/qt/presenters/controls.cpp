@@ -17,21 +17,38 @@ bool isSwitch(const Element& element) {
   return style != nullptr && *style == modifiers::ToggleStyle::switchControl;
 }
 
+enum class ToggleLook { box, switchControl, pill };
+
+// A toggle with a symbol is a button that stays pressed.
+ToggleLook lookOf(const Element& element) {
+  if (isSwitch(element)) return ToggleLook::switchControl;
+  return labelOf(element).systemName.empty() ? ToggleLook::box : ToggleLook::pill;
+}
+
+void showSymbol(QAbstractButton&, const Element&) {}
+void showSymbol(SymbolButton& button, const Element& element) {
+  const LabelParts label = labelOf(element);
+  button.setCheckable(true);
+  button.setSymbol(toQString(label.systemName), symbolSide(element.modifier<modifiers::Font>()));
+  button.setTitle(toQString(label.title), true);
+}
+
 // A toggle as one of Qt's checkable buttons.
 template <typename Checkable>
 class TogglePresenter : public WidgetPresenter<Checkable> {
  public:
-  TogglePresenter(Rendering& rendering, bool isSwitch)
-      : WidgetPresenter<Checkable>(rendering), isSwitch_(isSwitch) {
+  TogglePresenter(Rendering& rendering, ToggleLook look)
+      : WidgetPresenter<Checkable>(rendering), look_(look) {
     QObject::connect(this->widget(), &QAbstractButton::toggled, this->widget(),
                      [this](bool isOn) { write(isOn); });
   }
 
-  bool canShow(const Element& element) const override { return isSwitch(element) == isSwitch_; }
+  bool canShow(const Element& element) const override { return lookOf(element) == look_; }
 
   void show(const Element& element) override {
     const auto& toggle = *element.as<elements::Toggle>();
     isOn_ = toggle.isOn;
+    showSymbol(*this->widget(), element);
     label_ = toQString(toggle.label.empty() ? labelOf(element).title : toggle.label);
     if (this->widget()->text() != label_) {
       this->widget()->setText(label_);
@@ -46,7 +63,7 @@ class TogglePresenter : public WidgetPresenter<Checkable> {
     if (this->call(isOn_.get) != isOn) this->call(isOn_.set, isOn);
   }
 
-  bool isSwitch_;
+  ToggleLook look_;
   QString label_;
   Binding<bool> isOn_;
 };
@@ -117,8 +134,15 @@ class PushButtonPresenter : public ButtonPresenter<QPushButton> {
 
 template <>
 std::unique_ptr<Presenter> presenterFor<elements::Toggle>(Rendering& rendering, const Element& element) {
-  if (isSwitch(element)) return std::make_unique<TogglePresenter<SwitchButton>>(rendering, true);
-  return std::make_unique<TogglePresenter<QCheckBox>>(rendering, false);
+  switch (const ToggleLook look = lookOf(element)) {
+    case ToggleLook::switchControl:
+      return std::make_unique<TogglePresenter<SwitchButton>>(rendering, look);
+    case ToggleLook::pill:
+      return std::make_unique<TogglePresenter<SymbolButton>>(rendering, look);
+    case ToggleLook::box:
+      return std::make_unique<TogglePresenter<QCheckBox>>(rendering, look);
+  }
+  return nullptr;
 }
 
 template <>

@@ -2,23 +2,27 @@
 #include "backends/qt/tree/slot.h"
 #include "backends/qt/widgets/navigation_split.h"
 #include "platform/appkit/application.h"
+#include "platform/swiftui/label.h"
 
 namespace tarnix::qt {
 namespace {
 
 using ToolbarContents = std::vector<const Element*>;
 
-void collectToolbar(const Element& element, elements::ToolbarPlacement placement, ToolbarContents& contents) {
+// Items for moving about stand at the front of the bar, the others in their order at its end.
+void collectToolbar(const Element& element, ToolbarContents& leading, ToolbarContents& trailing) {
   for (const Element& attachment : element.attachments) {
     const auto* item = attachment.as<elements::ToolbarItem>();
-    if (item == nullptr || item->placement != placement) continue;
+    if (item == nullptr) continue;
+    const bool isLeading = item->placement == elements::ToolbarPlacement::navigation;
+    ToolbarContents& contents = isLeading ? leading : trailing;
     for (const Element& content : attachment.children) contents.push_back(&content);
   }
 }
 
 // The title of what is on show, else that of the whole.
 String titleOf(const Element& navigation, const Element* detail) {
-  const auto* title = detail == nullptr ? nullptr : detail->modifier<modifiers::NavigationTitle>();
+  const auto* title = detail == nullptr ? nullptr : navigationTitleIn(*detail);
   if (title == nullptr) title = navigation.modifier<modifiers::NavigationTitle>();
   return title == nullptr ? String() : title->title;
 }
@@ -48,8 +52,7 @@ class NavigationPresenter : public WidgetPresenter<NavigationSplit> {
     ToolbarContents trailing;
     for (const Element* part : {&element, detail}) {
       if (part == nullptr) continue;
-      collectToolbar(*part, elements::ToolbarPlacement::navigation, leading);
-      collectToolbar(*part, elements::ToolbarPlacement::primaryAction, trailing);
+      collectToolbar(*part, leading, trailing);
     }
     const bool isLeadingChanged = leading_.show(leading);
     const bool isTrailingChanged = trailing_.show(trailing);

@@ -1,5 +1,6 @@
 #include <QBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "backends/qt/tree/slot.h"
 #include "backends/qt/widgets/hairline.h"
@@ -15,8 +16,39 @@ class SpacerWidget : public QWidget {
   SpacerWidget() { setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored); }
 };
 
+// What stands in a group stands where the group does.
+void collect(const std::vector<Element>& children, std::vector<const Element*>& elements) {
+  for (const Element& child : children) {
+    if (child.as<elements::Group>() != nullptr) {
+      collect(child.children, elements);
+    } else {
+      elements.push_back(&child);
+    }
+  }
+}
+
+int spacingOf(const Element& element) {
+  const auto* vertical = element.as<elements::VStack>();
+  const auto* horizontal = element.as<elements::HStack>();
+  const elements::Spacing spacing = vertical != nullptr     ? vertical->spacing
+                                    : horizontal != nullptr ? horizontal->spacing
+                                                            : elements::Spacing();
+  return spacing ? qRound(*spacing) : kStackSpacing;
+}
+
+// Also one that something lies around.
+Hairline* hairlineIn(QWidget* widget) {
+  if (auto* const hairline = dynamic_cast<Hairline*>(widget)) return hairline;
+  if (dynamic_cast<Wrapping*>(widget) == nullptr) return nullptr;
+  for (QObject* const child : widget->children()) {
+    auto* const inner = qobject_cast<QWidget*>(child);
+    if (Hairline* const found = inner == nullptr ? nullptr : hairlineIn(inner)) return found;
+  }
+  return nullptr;
+}
+
 bool isSpacer(QWidget* widget) { return dynamic_cast<SpacerWidget*>(widget) != nullptr; }
-bool isHairline(QWidget* widget) { return dynamic_cast<Hairline*>(widget) != nullptr; }
+bool isHairline(QWidget* widget) { return hairlineIn(widget) != nullptr; }
 
 // Children in a row, centred across it. Those that can grow along the row share what is left; spacers get it
 // only where no other child wants it.
@@ -32,8 +64,9 @@ class StackPresenter : public WidgetPresenter<QWidget> {
 
   void show(const Element& element) override {
     std::vector<const Element*> elements;
-    for (const Element& child : element.children) elements.push_back(&child);
-    if (children_.show(elements)) arrange();
+    collect(element.children, elements);
+    const bool isOther = std::exchange(spacing_, spacingOf(element)) != spacing_;
+    if (children_.show(elements) || isOther) arrange();
   }
 
  private:
@@ -46,11 +79,13 @@ class StackPresenter : public WidgetPresenter<QWidget> {
     const auto children = children_.widgets();
     for (QWidget* const child : children) adopt(child);
     const bool isFilled = std::ranges::any_of(children, [&](QWidget* child) { return grows(child); });
-    const bool isSpread = isFilled || std::ranges::any_of(children, isSpacer);
+    // What a line parts from the rest is a bar, which takes no more room than it needs.
+    const bool isBar = std::ranges::any_of(children, isHairline);
+    const bool isSpread = isFilled || isBar || std::ranges::any_of(children, isSpacer);
     if (!isSpread) layout_->addStretch(1);
     QWidget* former = nullptr;
     for (QWidget* const child : children) {
-      if (needsSpace(former, child)) layout_->addSpacing(kStackSpacing);
+      if (needsSpace(former, child)) layout_->addSpacing(spacing_);
       add(child, isFilled);
       former = child;
     }
@@ -59,7 +94,10 @@ class StackPresenter : public WidgetPresenter<QWidget> {
 
   // Layouts take no account of widgets that are windows or hidden, as new ones are.
   void adopt(QWidget* child) {
-    if (auto* hairline = dynamic_cast<Hairline*>(child)) hairline->setAcross(orientation_);
+    if (Hairline* const hairline = hairlineIn(child)) {
+      hairline->setAcross(orientation_);
+      if (hairline != child) hairline->parentWidget()->layout()->setAlignment(hairline, {});
+    }
     if (child->parentWidget() == widget() || isSpacer(child)) return;
     child->setParent(widget());
     child->show();
@@ -92,6 +130,7 @@ class StackPresenter : public WidgetPresenter<QWidget> {
   }
 
   Qt::Orientation orientation_;
+  int spacing_ = kStackSpacing;
   QBoxLayout* layout_;
   SlotList children_;
 };
@@ -118,6 +157,11 @@ std::unique_ptr<Presenter> presenterFor<elements::VStack>(Rendering& rendering, 
 template <>
 std::unique_ptr<Presenter> presenterFor<elements::HStack>(Rendering& rendering, const Element&) {
   return std::make_unique<StackPresenter>(rendering, Qt::Horizontal);
+}
+
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Group>(Rendering& rendering, const Element&) {
+  return std::make_unique<StackPresenter>(rendering, Qt::Vertical);
 }
 
 template <>

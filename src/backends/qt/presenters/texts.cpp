@@ -1,13 +1,16 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <optional>
 #include <utility>
 
 #include "backends/qt/theme/fonts.h"
+#include "backends/qt/theme/icons.h"
 #include "backends/qt/theme/symbols.h"
 #include "backends/qt/theme/text.h"
-#include "backends/qt/tree/presenter.h"
+#include "backends/qt/tree/slot.h"
 #include "backends/qt/widgets/limited_text.h"
+#include "backends/qt/widgets/picture_widget.h"
 #include "backends/qt/widgets/symbol_widget.h"
 
 namespace tarnix::qt {
@@ -108,17 +111,38 @@ class ImagePresenter : public WidgetPresenter<SymbolWidget> {
   }
 };
 
-// A symbol with its title beside it, or the symbol alone.
+// An icon of the desktop's, looked for anew only where another one is asked for.
+class PicturePresenter : public WidgetPresenter<PictureWidget> {
+ public:
+  using WidgetPresenter::WidgetPresenter;
+  void show(const Element& element) override {
+    const NSImage& image = element.as<elements::Picture>()->image;
+    if (shown_ == image) return;
+    shown_ = image;
+    widget()->setIcon(iconOf(image));
+  }
+
+ private:
+  std::optional<NSImage> shown_;
+};
+
+// A symbol with its title beside it, or the symbol alone; or two views of their own.
 class LabelPresenter : public WidgetPresenter<QWidget> {
  public:
-  explicit LabelPresenter(Rendering& rendering) : WidgetPresenter(rendering) {
-    auto* const layout = new QHBoxLayout(widget());
-    layout->setContentsMargins({});
-    layout->addWidget(symbol_);
-    layout->addWidget(title_);
+  explicit LabelPresenter(Rendering& rendering) : WidgetPresenter(rendering), parts_(rendering) {
+    layout_ = new QHBoxLayout(widget());
+    layout_->setContentsMargins({});
+    layout_->addWidget(symbol_);
+    layout_->addWidget(title_);
   }
 
   void show(const Element& element) override {
+    std::vector<const Element*> parts;
+    for (const Element& child : element.children) parts.push_back(&child);
+    if (parts_.show(parts)) {
+      // The icon comes first, though the title is told first.
+      for (QWidget* const each : parts_.widgets()) layout_->insertWidget(0, each);
+    }
     const auto& label = *element.as<elements::Label>();
     showSymbol(*symbol_, label.systemName, element);
     showStyle(*title_, element);
@@ -127,11 +151,14 @@ class LabelPresenter : public WidgetPresenter<QWidget> {
     const auto* style = element.modifier<modifiers::LabelStyle>();
     const bool isIconOnly = style != nullptr && *style == modifiers::LabelStyle::iconOnly;
     title_->setVisible(!isIconOnly && !title.isEmpty());
+    symbol_->setVisible(!label.systemName.empty());
     symbol_->setAccessibleName(isIconOnly ? title : QString());
   }
 
  private:
+  SlotList parts_;
   // Owned by the widget around them.
+  QHBoxLayout* layout_ = nullptr;
   SymbolWidget* symbol_ = new SymbolWidget;
   TextLabel* title_ = new TextLabel;
 };
@@ -146,6 +173,11 @@ std::unique_ptr<Presenter> presenterFor<elements::Text>(Rendering& rendering, co
 template <>
 std::unique_ptr<Presenter> presenterFor<elements::Image>(Rendering& rendering, const Element&) {
   return std::make_unique<ImagePresenter>(rendering);
+}
+
+template <>
+std::unique_ptr<Presenter> presenterFor<elements::Picture>(Rendering& rendering, const Element&) {
+  return std::make_unique<PicturePresenter>(rendering);
 }
 
 template <>

@@ -48,8 +48,10 @@ SymbolTint monochrome(const QColor& color) { return {color, color}; }
 bool hasSymbol(const QString& name) { return !name.isEmpty() && QFile::exists(resourceOf(name)); }
 
 QString symbolMeaning(const QString& name) {
-  static constexpr std::array<std::pair<const char*, const char*>, 1> kMeanings{
-      {{"sidebar.leading", QT_TRANSLATE_NOOP("tarnix", "Toggle Sidebar")}}};
+  static constexpr std::array<std::pair<const char*, const char*>, 3> kMeanings{
+      {{"sidebar.leading", QT_TRANSLATE_NOOP("tarnix", "Toggle Sidebar")},
+       {"info.bubble", QT_TRANSLATE_NOOP("tarnix", "Information")},
+       {"paperclip", QT_TRANSLATE_NOOP("tarnix", "Copy")}}};
   for (const auto& [symbol, meaning] : kMeanings) {
     if (name == QLatin1String(symbol)) return QCoreApplication::translate("tarnix", meaning);
   }

@@ -33,6 +33,8 @@ class Presenter {
   virtual bool canShow(const Element&) const { return true; }
   // Touches only what changed. The element stays valid until the next call.
   virtual void show(const Element& element) = 0;
+  // For what hangs on another element: its widget, before each `show`.
+  virtual void anchorTo(QWidget*) {}
   // What assistive tools call the widget unless the element is given a name; empty leaves it to the widget.
   virtual QString ownName() const { return {}; }
 

@@ -34,11 +34,12 @@ bool Slot::fits(const Element& element) const {
   return isSame && presenter_ && presenter_->canShow(element);
 }
 
-bool Slot::show(const Element& element) {
+bool Slot::show(const Element& element, QWidget* anchor) {
   const QWidget* const former = widget();
   const bool isKept = fits(element);
   if (!isKept) remake(element);
   if (presenter_) {
+    presenter_->anchorTo(anchor);
     presenter_->show(element);
     showNames(element);
     showAttachments(element);
@@ -73,7 +74,8 @@ void Slot::showNames(const Element& element) {
 void Slot::showAttachments(const Element& element) {
   while (attachments_.size() > element.attachments.size()) attachments_.pop_back();
   while (attachments_.size() < element.attachments.size()) attachments_.emplace_back(rendering_);
-  for (std::size_t i = 0; i < attachments_.size(); ++i) attachments_[i].show(element.attachments[i]);
+  for (std::size_t i = 0; i < attachments_.size(); ++i)
+    attachments_[i].show(element.attachments[i], presenter_->widget());
 }
 
 bool SlotList::show(const std::vector<const Element*>& elements) {

@@ -20,7 +20,7 @@ class Slot {
   ~Slot();
 
   // True when `widget` has become another one.
-  bool show(const Element& element);
+  bool show(const Element& element, QWidget* anchor = nullptr);
   // With what lies around it; null for what has no place in the layout.
   QWidget* widget() const;
 

@@ -80,6 +80,8 @@ class FrameWrapping : public WrappingOf<modifiers::Frame> {
   void showModifier(const modifiers::Frame& frame) override {
     fix(frame.width, &QWidget::setMinimumWidth, &QWidget::setMaximumWidth);
     fix(frame.height, &QWidget::setMinimumHeight, &QWidget::setMaximumHeight);
+    // What fills its room inside doesn't reach beyond it.
+    setSizePolicy(policyFor(frame.width), policyFor(frame.height));
   }
   void setContent(QWidget* content) override {
     WrappingOf::setContent(content);
@@ -88,6 +90,9 @@ class FrameWrapping : public WrappingOf<modifiers::Frame> {
   void fix(double length, void (QWidget::*setMinimum)(int), void (QWidget::*setMaximum)(int)) {
     (this->*setMinimum)(qRound(length));
     (this->*setMaximum)(length == 0 ? QWIDGETSIZE_MAX : qRound(length));
+  }
+  static QSizePolicy::Policy policyFor(double length) {
+    return length == 0 ? QSizePolicy::Preferred : QSizePolicy::Fixed;
   }
 };
 

@@ -109,8 +109,22 @@ TEST_F(WorkspaceTest, presentsTheEntryOfAProcess) {
   EXPECT_EQ(application->executableURL()->path(), "/usr/lib/browser/browser");
   EXPECT_EQ(application->processIdentifier(), 100);
   EXPECT_EQ(workspace_.URLForApplicationWithBundleIdentifier("browser"), application->bundleURL());
-  EXPECT_EQ(workspace_.iconName("browser"), "browser-icon");
   EXPECT_EQ(workspace_.URLForApplicationWithBundleIdentifier("unknown"), std::nullopt);
+  EXPECT_EQ(workspace_.iconForFile(String(pathOf("browser"))).names, std::vector<String>{"browser-icon"});
+  EXPECT_EQ(workspace_.localizedName(URL(String(pathOf("browser")))), "Browser");
+}
+
+TEST_F(WorkspaceTest, anythingElseHasNoNameAndTheIconOfItsKind) {
+  EXPECT_EQ(workspace_.iconForFile("/home/user/a.png"), (NSImage{{}, "/home/user/a.png"}));
+  EXPECT_EQ(workspace_.localizedName(URL("/home/user/a.png")), std::nullopt);
+}
+
+TEST_F(WorkspaceTest, theFileManagerIsAskedForFilesByTheirURLs) {
+  std::vector<String> asked;
+  workspace_.setFileManager(
+      [&](const std::vector<String>& urls, const std::function<void()>&) { asked = urls; });
+  workspace_.activateFileViewerSelectingURLs({URL("/home/user/a b.png"), URL("/c")});
+  EXPECT_EQ(asked, (std::vector<String>{"file:///home/user/a%20b.png", "file:///c"}));
 }
 
 TEST_F(WorkspaceTest, aProcessWithoutAnEntryIsKnownByItsProgram) {

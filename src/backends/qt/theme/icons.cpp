@@ -1,0 +1,24 @@
+#include "backends/qt/theme/icons.h"
+
+#include <QMimeDatabase>
+
+#include "backends/qt/theme/text.h"
+
+namespace tarnix::qt {
+
+QIcon iconOf(const NSImage& image) {
+  for (const String& each : image.names) {
+    const QString name = toQString(each);
+    const QIcon icon = name.startsWith(u'/') ? QIcon(name) : QIcon::fromTheme(name);
+    if (!icon.isNull() && !icon.availableSizes().isEmpty()) return icon;
+  }
+  const QMimeType kind =
+      QMimeDatabase().mimeTypeForFile(toQString(image.path), QMimeDatabase::MatchExtension);
+  for (const QString& name : {kind.iconName(), kind.genericIconName()}) {
+    const QIcon icon = QIcon::fromTheme(name);
+    if (!icon.isNull()) return icon;
+  }
+  return {};
+}
+
+}  // namespace tarnix::qt
