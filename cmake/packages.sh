@@ -8,7 +8,7 @@ declare -A tarnix_packages=(
            libxcb1-dev libxcb-xfixes0-dev libxcb-res0-dev libxcb-randr0-dev libexpat1-dev nlohmann-json3-dev libicu-dev libgumbo-dev"
   [run]="qt6-qpa-plugins libqt6svg6 hicolor-icon-theme fonts-dejavu-core"
   # A virtual screen, and programs of other makers that copy and paste on it.
-  [desktop]="xvfb openbox xclip xsel xdotool xterm zenity x11-utils imagemagick
+  [desktop]="xvfb openbox xclip xsel xdotool wmctrl xterm zenity x11-utils imagemagick
              dbus dbus-x11 at-spi2-core python3-gi gir1.2-gtk-3.0 gir1.2-atspi-2.0"
   [test]="clang-16 libgtest-dev libgmock-dev libatspi2.0-dev clang-format-14 python3 desktop-file-utils appstream"
   [bench]="libbenchmark-dev"

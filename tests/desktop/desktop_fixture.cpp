@@ -114,7 +114,12 @@ WindowReader DesktopTest::openProgram(const std::vector<std::string>& arguments)
 }
 
 std::optional<int> DesktopTest::closeProgram() {
-  press({"alt+F4"});
+  // A key that is held for it may close the next window as well.
+  std::string window = run({"xdotool", "search", "--onlyvisible", "--all", "--pid",
+                            std::to_string(program_->id()), "--name", "."})
+                           .output;
+  window.erase(std::min(window.find('\n'), window.size()));
+  run({"wmctrl", "-i", "-c", window});
   return program_->wait(5s);
 }
 
