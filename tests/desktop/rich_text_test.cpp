@@ -38,5 +38,38 @@ TEST_F(RichTextTest, asItIsOfferedIsPreferredAndDamageIsShownAsFarAsItGoes) {
   expectLook(window, "under", "underline", "single");
 }
 
+TEST_F(RichTextTest, isPutBackInTheFormOnShowWhichOthersPasteAsTheyCan) {
+  const WindowReader window = openProgram();
+  ASSERT_TRUE(copyWithXclip("older"));
+  ASSERT_TRUE(eventually([&] { return window.rowCount() == 1; }));
+  copyWithScriptedOwner({"good", "--text", "some bold", "--rtf", "{\\rtf1 some {\\b bold}}"});
+  ASSERT_TRUE(eventually([&] { return window.isOn("Rich Text") == true; })) << window.tree();
+  const auto paste = [&](const char* target) {
+    return run({"xclip", "-selection", "clipboard", "-out", "-target", target}).output;
+  };
+  ASSERT_TRUE(window.select(1));
+  ASSERT_TRUE(eventually([&] { return window.detailText() == "older"; }));
+  ASSERT_TRUE(window.press("Copy"));
+  EXPECT_TRUE(eventually([&] { return pasteWithXclip() == "older"; }));
+  EXPECT_TRUE(eventually([&] {
+    return window.titles() == std::vector<std::string>{"older", "some bold"};
+  })) << "on top, and no clip of its own\n"
+      << window.tree();
+
+  ASSERT_TRUE(window.select(1));
+  ASSERT_TRUE(eventually([&] { return window.isOn("Rich Text") == true; }));
+  ASSERT_TRUE(window.press("Copy"));
+  EXPECT_TRUE(eventually([&] { return paste("text/rtf") == "{\\rtf1 some {\\b bold}}"; }));
+  EXPECT_THAT(paste("text/html"), ::testing::ContainsRegex("font-weight: bold[^>]*>bold<"));
+  EXPECT_EQ(pasteWithXclip(), "some bold");
+  ASSERT_TRUE(window.flip("Rich Text"));
+  ASSERT_TRUE(eventually([&] { return window.isOn("Rich Text") == false; }));
+  EXPECT_EQ(window.lookOf("bold").count("weight"), 0U);
+  ASSERT_TRUE(window.press("Copy"));
+  EXPECT_TRUE(eventually([&] { return paste("TARGETS").find("text/rtf") == std::string::npos; }));
+  EXPECT_EQ(window.rowCount(), 2U);
+  EXPECT_TRUE(eventually([&] { return window.isOn("Active") == true; })) << "the watching goes on";
+}
+
 }  // namespace
 }  // namespace tarnix::test
