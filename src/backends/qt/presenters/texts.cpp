@@ -141,7 +141,10 @@ class LabelPresenter : public WidgetPresenter<QWidget> {
     for (const Element& child : element.children) parts.push_back(&child);
     if (parts_.show(parts)) {
       // The icon comes first, though the title is told first.
-      for (QWidget* const each : parts_.widgets()) layout_->insertWidget(0, each);
+      for (QWidget* const each : parts_.widgets()) {
+        if (auto* const text = qobject_cast<QLabel*>(each)) text->setWordWrap(false);
+        layout_->insertWidget(0, each);
+      }
     }
     const auto& label = *element.as<elements::Label>();
     showSymbol(*symbol_, label.systemName, element);

@@ -7,6 +7,8 @@
 namespace tarnix::qt {
 
 QIcon iconOf(const NSImage& image) {
+  // Where programs put their own icons, also if the desktop's theme isn't installed.
+  if (QIcon::fallbackThemeName().isEmpty()) QIcon::setFallbackThemeName(QStringLiteral("hicolor"));
   for (const String& each : image.names) {
     const QString name = toQString(each);
     const QIcon icon = name.startsWith(u'/') ? QIcon(name) : QIcon::fromTheme(name);
