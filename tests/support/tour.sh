@@ -126,6 +126,17 @@ copy_secret() {
   echo "  a password manager copied a secret, which was neither read nor shown"
 }
 
+# As a browser offers it: HTML and plain text.
+copy_formatted() {
+  start "$owner" good --text "A heading, bold words and a list" --html \
+    "<h2>A heading</h2><p>Some <b>bold</b> and some <span style='color:#c0392b'>red</span> words, and <a
+    href='https://example.org/'>a link</a>.</p><ul><li>one</li><li>two</li></ul><table border=1><tr><th>Item<th>Count</tr>
+    <tr><td>Rope<td align=right>40</tr></table>"
+  expect "a program with formatted text" "A heading, bold words and a list"
+  window_text --quiet --timeout 5 --until "Rich Text" --until "a link" >/dev/null ||
+    give_up "The formatted text is not shown with its look."
+}
+
 open_screen
 start "$program" "$@"
 program_id=$!
@@ -139,6 +150,7 @@ copy_files_with_gtk
 copy_after_stall
 copy_secret
 copy_with_gtk
+copy_formatted
 
 echo "The whole window:"
 window_text --until "A line from xclip" --until "Grüße from xsel" --until "A line selected in xterm" \

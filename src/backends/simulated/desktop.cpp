@@ -39,7 +39,8 @@ class Desktop::Workspace final : public NSWorkspace {
 
   NSImage iconForFile(const String& path) const override {
     for (const auto& application : desktop_.applications_) {
-      if (application->bundle && application->bundle->path() == path) return {{application->name.value_or("")}, path};
+      if (application->bundle && application->bundle->path() == path)
+        return {{application->name.value_or("")}, path};
     }
     return {{}, path};
   }
