@@ -36,10 +36,10 @@ class ListPresenter : public WidgetPresenter<QWidget> {
     isShowing_ = true;
     const auto* style = element.modifier<modifiers::ListStyle>();
     rows_->setStyle(style == nullptr ? modifiers::ListStyle::automatic : *style);
-    model_.show(element.children);
+    const bool isChanged = model_.show(element.children);
     const bool isFruitless = search_ && !search_->text().isEmpty() && model_.rowCount() == 0;
     rows_->setNotice(isFruitless ? QCoreApplication::translate("tarnix", "No results") : QString());
-    rows_->refresh();
+    if (isChanged) rows_->refresh();
     showSelection();
     isShowing_ = false;
   }

@@ -3,6 +3,7 @@
 #include <QAbstractListModel>
 #include <optional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/swiftui/element.h"
@@ -20,8 +21,8 @@ class ListModel : public QAbstractListModel {
     QString header;
   };
 
-  // The elements stay valid until the next call.
-  void show(const std::vector<Element>& sections);
+  // The elements stay valid until the next call. False when all that anybody has asked for looks as before.
+  bool show(const std::vector<Element>& sections);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   // Accessible text: the title, as long as `titleStart` makes it; accessible description: the badge. A
@@ -43,11 +44,15 @@ class ListModel : public QAbstractListModel {
     const elements::Section* section;
     int firstRow;
     int firstLine;
-    int headerLines() const { return section->header.empty() ? 0 : 1; }
-    int rowCount() const { return static_cast<int>(section->rowCount); }
+    // Of the section, which is gone with its tree.
+    QString header;
+    int rows;
+    int headerLines() const { return header.isEmpty() ? 0 : 1; }
   };
 
   void resize(int rowCount);
+  bool remake();
+  std::vector<std::pair<QString, int>> parts() const;  // The sections, by their headers and rows.
   Element make(int row) const;
 
   std::vector<Block> blocks_;

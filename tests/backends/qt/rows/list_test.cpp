@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 
 #include "backends/qt/rows/row_view.h"
@@ -83,6 +84,25 @@ TEST(List, makesOnlyTheRowsThatAreSeen) {
   EXPECT_GT(small.rowsMade, 10U);
   EXPECT_EQ(large.rowsMade, small.rowsMade);
   EXPECT_LT(large.rowsMade, 80U);
+}
+
+TEST(List, isLeftAloneWhereItsRowsLookAsBefore) {
+  ListStage stage(100);
+  stage.view().viewport()->repaint();
+  QSignalSpy changes(stage.view().model(), &QAbstractItemModel::dataChanged);
+  stage.showAgain();
+  EXPECT_EQ(changes.count(), 0);
+  const std::string kept = std::exchange(stage.titles[1], "changed");
+  stage.showAgain();
+  EXPECT_EQ(changes.count(), 1);
+  EXPECT_EQ(stage.view().model()->index(1, 0).data(Qt::AccessibleTextRole), "changed");
+  stage.titles[1] = kept;
+  stage.tags[0] = UUID::random();
+  stage.showAgain();
+  EXPECT_EQ(changes.count(), 2) << "another clip, though it looks the same";
+  stage.add("new");
+  stage.showAgain();
+  EXPECT_EQ(changes.count(), 3);
 }
 
 TEST(List, scrollsToEitherEndOfManyRows) {
