@@ -123,6 +123,10 @@ TEST(RtfReader, leavesCellsInTheirOrderWhereEdgesMakeNoSense) {
   const std::string cells = " a\\cell b\\cell\\row";
   const std::vector<std::string> inOrder = {"0+1 x 1", "1+1 x 1"};
   EXPECT_EQ(cellsOf("\\trowd" + cells), inOrder);
+  EXPECT_EQ(cellsOf("\\intbl" + cells + "\\trowd\\cellx1000\\cellx3000" + cells +
+                    "\\trowd\\cellx3000 wide\\cell\\row"),
+            (std::vector<std::string>{"0+1 x 1", "1+1 x 1", "0+1 x 1", "1+1 x 1", "0+2 x 1"}))
+      << "rows that tell nothing count as well";
   EXPECT_EQ(cellsOf("\\trowd\\cellx2000\\cellx1000" + cells), inOrder);
   EXPECT_EQ(cellsOf("\\trowd\\cellx-2147483648\\cellx2147483647" + cells), inOrder);
   EXPECT_EQ(cellsOf("\\trowd\\cellx5\\cellx9" + cells), inOrder) << "narrower than any column";

@@ -29,7 +29,7 @@ struct TableRow {
 // of their own, and those of all rows make the columns.
 class TableGrid {
  public:
-  // The next row.
+  // The next row, which may tell nothing of its cells.
   void add(const TableRow& row);
   // Gives those of `cells` that are this table's, each with the number of the cell in its row for a column,
   // their columns and spans. Rows whose edges make no sense stay as they are.

@@ -59,7 +59,7 @@ void TextAssembly::endRow(std::uint16_t depth) {
   if (separator_ && separator_->isOfCell) separator_->character = '\n';
   if (tables_.size() < depth) return;
   closeTables(depth);
-  if (depth == 1 && !row_.cells.empty()) grid_.add(row_);
+  if (depth == 1) grid_.add(row_);
   ++tables_.back().row;
   tables_.back().column = 0;
 }
