@@ -16,6 +16,10 @@ class RichTextTest : public DesktopTest {
   void expectLook(const WindowReader& window, const char* text, const char* name, const std::string& value) {
     EXPECT_THAT(window.lookOf(text), Contains(Pair(name, value))) << text;
   }
+  // It pauses while a clip is put back, and goes on in any case.
+  void awaitWatching(const WindowReader& window) {
+    ASSERT_TRUE(eventually([&] { return window.isOn("Active") == true; }));
+  }
 };
 
 TEST_F(RichTextTest, ofAnEditorThatOffersHtmlAlone) {
@@ -56,6 +60,7 @@ TEST_F(RichTextTest, isPutBackInTheFormOnShowWhichOthersPasteAsTheyCan) {
   })) << "on top, and no clip of its own\n"
       << window.tree();
 
+  awaitWatching(window);
   ASSERT_TRUE(window.select(1));
   ASSERT_TRUE(eventually([&] { return window.isOn("Rich Text") == true; }));
   ASSERT_TRUE(window.press("Copy"));
@@ -65,10 +70,11 @@ TEST_F(RichTextTest, isPutBackInTheFormOnShowWhichOthersPasteAsTheyCan) {
   ASSERT_TRUE(window.flip("Rich Text"));
   ASSERT_TRUE(eventually([&] { return window.isOn("Rich Text") == false; }));
   EXPECT_EQ(window.lookOf("bold").count("weight"), 0U);
+  awaitWatching(window);
   ASSERT_TRUE(window.press("Copy"));
   EXPECT_TRUE(eventually([&] { return paste("TARGETS").find("text/rtf") == std::string::npos; }));
+  awaitWatching(window);
   EXPECT_EQ(window.rowCount(), 2U);
-  EXPECT_TRUE(eventually([&] { return window.isOn("Active") == true; })) << "the watching goes on";
 }
 
 }  // namespace
