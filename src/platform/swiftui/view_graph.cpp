@@ -47,7 +47,9 @@ void ViewGraph::turn() {
 
 void ViewGraph::evaluate() {
   isDirty_ = false;
-  tree_ = std::make_shared<const Element>(ViewResolver::resolveRoot(root_, places_));
+  const bool isPartial = places_->takeChanges() && tree_;
+  tree_ = isPartial ? ViewResolver::refreshRoot(root_, tree_, places_)
+                    : ViewResolver::resolveRoot(root_, places_);
   if (render_) render_(tree_);
   evaluated_.send({});
 }

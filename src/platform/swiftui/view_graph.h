@@ -12,7 +12,9 @@ namespace tarnix {
 class ViewPlaces;
 
 // Keeps a view on show: holds the state of its composite views by their place in the tree, gathers
-// invalidations into one evaluation per run-loop turn, and hands the resolved tree on. Main thread only.
+// invalidations into one evaluation per run-loop turn, and hands the resolved tree on. Evaluated are the
+// composite views whose state has changed, with all inside them; the rest of the tree is the same objects as
+// before. Main thread only.
 //
 // A place is known by the way to it: the position in each parent, what stands there (the kind of element, or
 // the type of the composite view) and its identity. Where one of these differs from the evaluation before, it

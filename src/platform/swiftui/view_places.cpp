@@ -59,8 +59,29 @@ bool ViewPlaces::isInRows(const ViewPath& path, std::size_t firstStep) const {
 void ViewPlaces::keep(const ViewPath& path, const std::shared_ptr<View::Composite>& composite) {
   Place& place = placeAt(path);
   if (place.composite) composite->adoptState(*place.composite);
-  composite->attachState(invalidation_);
+  if (!place.invalidation)
+    place.invalidation = std::make_shared<ViewInvalidation>([this, path] { noteChange(path); });
+  composite->attachState(place.invalidation);
   place.composite = composite;
+}
+
+void ViewPlaces::noteChange(const ViewPath& path) {
+  if (std::any_of(path.begin(), path.end(), isRow)) {
+    isRowChanging_ = true;
+  } else {
+    changing_.insert(path);
+  }
+  (*invalidation_)();
+}
+
+bool ViewPlaces::takeChanges() {
+  changed_ = std::exchange(changing_, {});
+  return !std::exchange(isRowChanging_, false);
+}
+
+bool ViewPlaces::isChangedBelow(const ViewPath& path) const {
+  const auto next = changed_.lower_bound(path);
+  return next != changed_.end() && startsWith(*next, path);
 }
 
 void ViewPlaces::watch(const ViewPath& path, const std::vector<View::ChangeHook>& hooks) {

@@ -6,12 +6,15 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <typeindex>
 #include <vector>
 
 #include "platform/swiftui/view.h"
 
 namespace tarnix {
+
+struct Element;
 
 // One step of the way from the root of a view tree to a place in it.
 struct ViewStep {
@@ -25,9 +28,17 @@ struct ViewStep {
 };
 using ViewPath = std::vector<ViewStep>;
 
-// What a graph keeps at the places of its tree: composite views with their state, and watched values.
+// What a graph keeps at the places of its tree: composite views with their state, and watched values. Knows
+// which of them have changed since the last evaluation. Doesn't move.
 class ViewPlaces {
  public:
+  // What a composite view came to.
+  struct Body {
+    std::shared_ptr<const View::Composite> composite;
+    View view;
+    std::shared_ptr<const Element> element;
+  };
+
   explicit ViewPlaces(std::shared_ptr<ViewInvalidation> invalidation)
       : invalidation_(std::move(invalidation)) {}
 
@@ -45,6 +56,17 @@ class ViewPlaces {
 
   // Gives the view the state that is kept at its place, and keeps it from now on.
   void keep(const ViewPath& path, const std::shared_ptr<View::Composite>& composite);
+  void noteBody(const ViewPath& path, Body body) { placeAt(path).body = std::move(body); }
+  // Of a place that has had one noted.
+  const Body& bodyAt(const ViewPath& path) { return *placeAt(path).body; }
+
+  // Begins an evaluation: what has changed up to now is what the two below tell of, and what changes from now
+  // on is for the next. False when something changed of which that can't be told, so that all is to be
+  // evaluated.
+  bool takeChanges();
+  // Whether the state of the composite view at this place, or of any below it, has changed.
+  bool isChanged(const ViewPath& path) const { return changed_.contains(path); }
+  bool isChangedBelow(const ViewPath& path) const;
   void watch(const ViewPath& path, const std::vector<View::ChangeHook>& hooks);
   void receive(const ViewPath& path, const std::vector<View::ReceiveHook>& hooks);
   // While not, nothing is received.
@@ -71,6 +93,8 @@ class ViewPlaces {
   };
   struct Place {
     std::shared_ptr<View::Composite> composite;
+    std::shared_ptr<ViewInvalidation> invalidation;  // Of the composite view.
+    std::optional<Body> body;
     std::shared_ptr<RepresentedView> represented;
     std::vector<Watch> watches;
     std::vector<std::shared_ptr<Reception>> receptions;
@@ -79,12 +103,16 @@ class ViewPlaces {
   };
 
   Place& placeAt(const ViewPath& path);
+  void noteChange(const ViewPath& path);
   void subscribe(const std::shared_ptr<Reception>& reception) const;
   // Whether the way leads through rows, from the given step on, and all of them are still there.
   bool isInRows(const ViewPath& path, std::size_t firstStep) const;
 
   std::shared_ptr<ViewInvalidation> invalidation_;
   std::map<ViewPath, Place> places_;
+  std::set<ViewPath> changing_;
+  std::set<ViewPath> changed_;
+  bool isRowChanging_ = false;  // Rows belong to no evaluation, but to whoever asks for them.
   bool isReceiving_ = true;
 };
 

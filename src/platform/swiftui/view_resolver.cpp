@@ -11,22 +11,38 @@ std::type_index typeOf(const ElementContent& content) {
   return std::visit([](const auto& each) { return std::type_index(typeid(each)); }, content);
 }
 
+// The closures of the body may hold on to the view that made them, and so may those of a body inside it.
+Element elementOf(const std::shared_ptr<const View::Composite>& composite, const Element& body) {
+  Element element = body;
+  element.owner = std::make_shared<std::pair<std::shared_ptr<const void>, std::shared_ptr<const void>>>(
+      composite, std::move(element.owner));
+  return element;
+}
+
 }  // namespace
 
-Element ViewResolver::resolveRoot(const View& root, const std::shared_ptr<ViewPlaces>& places) {
+ViewResolver::Shared ViewResolver::resolveRoot(const View& root, const std::shared_ptr<ViewPlaces>& places) {
   places->beginLook({{}, {}});
-  Element element = ViewResolver(places, {}, {}).resolve(root, Kind::child, 0);
+  Shared element = ViewResolver(places, {}, {}).resolve(root, Kind::child, 0);
   places->endLook({{}, {}});
   return element;
 }
 
-Element ViewResolver::resolve(const View& view, Kind kind, std::size_t position) {
+ViewResolver::Shared ViewResolver::refreshRoot(const View& root, const Shared& former,
+                                               const std::shared_ptr<ViewPlaces>& places) {
+  return ViewResolver(places, {}, {}).refresh(root, former, Kind::child, 0);
+}
+
+ViewResolver::Shared ViewResolver::resolve(const View& view, Kind kind, std::size_t position) {
   const View::Node& node = *view.node_;
-  const auto type = node.composite ? node.composite->type() : typeOf(node.content);
-  path_.push_back({kind, position, type, node.identity});
-  Element element = resolveContent(node);
+  path_.push_back(stepTo(node, kind, position));
+  Shared element = std::make_shared<const Element>(resolveContent(node));
   path_.pop_back();
   return element;
+}
+
+ViewStep ViewResolver::stepTo(const View::Node& node, Kind kind, std::size_t position) {
+  return {kind, position, node.composite ? node.composite->type() : typeOf(node.content), node.identity};
 }
 
 Element ViewResolver::resolveContent(const View::Node& node) {
@@ -73,11 +89,10 @@ void ViewResolver::resolveHosted(elements::HostedView& hosted, Element& element)
 Element ViewResolver::resolveComposite(const View::Node& node) {
   const std::shared_ptr<View::Composite> composite = node.composite->copy();
   if (places_) places_->keep(path_, composite);
-  Element element = resolve(composite->body(), Kind::body, 0);
-  // The closures of the body may hold on to the view that made them, and so may those of a body inside it.
-  element.owner = std::make_shared<std::pair<std::shared_ptr<const void>, std::shared_ptr<const void>>>(
-      composite, std::move(element.owner));
-  return element;
+  const View body = composite->body();
+  const Shared inner = resolve(body, Kind::body, 0);
+  if (places_) places_->noteBody(path_, {composite, body, inner});
+  return elementOf(composite, *inner);
 }
 
 void ViewResolver::resolveRows(const View::Rows& rows, elements::Section& section) const {
@@ -90,13 +105,67 @@ void ViewResolver::resolveRows(const View::Rows& rows, elements::Section& sectio
 Element ViewResolver::resolveRow(const View& row, std::size_t position) {
   const ViewPlaces::Region region{path_, position};
   if (places_) places_->beginLook(region);
-  Element element = resolve(row, Kind::row, position);
+  const Shared element = resolve(row, Kind::row, position);
   if (places_) places_->endLook(region);
+  return *element;
+}
+
+void ViewResolver::resolveAll(const std::vector<View>& views, Kind kind, Elements& elements) {
+  for (std::size_t i = 0; i < views.size(); ++i) elements.push_back(resolve(views[i], kind, i));
+}
+
+ViewResolver::Shared ViewResolver::refresh(const View& view, const Shared& former, Kind kind,
+                                           std::size_t position) {
+  const View::Node& node = *view.node_;
+  path_.push_back(stepTo(node, kind, position));
+  Shared element = former;
+  if (places_->isChanged(path_)) {
+    places_->beginLook({path_, {}});
+    element = std::make_shared<const Element>(resolveContent(node));
+    places_->endLook({path_, {}});
+  } else if (places_->isChangedBelow(path_)) {
+    element = std::make_shared<const Element>(refreshContent(node, *former));
+  }
+  path_.pop_back();
   return element;
 }
 
-void ViewResolver::resolveAll(const std::vector<View>& views, Kind kind, std::vector<Element>& elements) {
-  for (std::size_t i = 0; i < views.size(); ++i) elements.push_back(resolve(views[i], kind, i));
+Element ViewResolver::refreshContent(const View::Node& node, const Element& former) {
+  const InheritedModifiers outer = std::exchange(inherited_, inherited_.with(node.modifiers));
+  Element element = node.composite ? refreshComposite(node, former) : refreshPrimitive(node, former);
+  inherited_ = {};
+  refreshAll(node.attachments, Kind::attachment, element.attachments,
+             element.attachments.size() - node.attachments.size());
+  inherited_ = outer;
+  return element;
+}
+
+Element ViewResolver::refreshPrimitive(const View::Node& node, const Element& former) {
+  Element element = former;
+  refreshAll(node.children, Kind::child, element.children, 0);
+  return element;
+}
+
+// What is inside may have other attachments and names than before; those of the outside follow it.
+Element ViewResolver::refreshComposite(const View::Node& node, const Element& former) {
+  ViewPlaces::Body body = places_->bodyAt(path_);
+  body.element = refresh(body.view, body.element, Kind::body, 0);
+  places_->noteBody(path_, body);
+  Element element = elementOf(body.composite, *body.element);
+  element.modifiers.insert(element.modifiers.end(), node.modifiers.begin(), node.modifiers.end());
+  if (node.identity) element.identities.push_back(*node.identity);
+  const std::size_t firstOwn = former.attachments.size() - node.attachments.size();
+  for (std::size_t i = firstOwn; i < former.attachments.size(); ++i)
+    element.attachments.push_back(former.attachments.shared(i));
+  return element;
+}
+
+void ViewResolver::refreshAll(const std::vector<View>& views, Kind kind, Elements& elements,
+                              std::size_t firstElement) {
+  for (std::size_t i = 0; i < views.size(); ++i) {
+    const std::size_t position = firstElement + i;
+    elements.replace(position, refresh(views[i], elements.shared(position), kind, i));
+  }
 }
 
 }  // namespace tarnix

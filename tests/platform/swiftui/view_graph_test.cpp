@@ -91,7 +91,7 @@ TEST_F(ViewGraphTest, stateBelongsToItsPlaceAndOutlivesTheViews) {
   press(1);
   turn();
   EXPECT_THAT(labels(), ElementsAre("first 2", "second 1"));
-  EXPECT_EQ(probe.evaluations, 3) << "two presses in one turn are one evaluation";
+  EXPECT_EQ(probe.evaluations, 1) << "what lies around the two is left alone";
 
   probe.isSecondShown = true;  // Another type in the same place starts afresh.
   screen.redraws.set(1);
@@ -111,6 +111,22 @@ TEST_F(ViewGraphTest, tellsOnceOfEachEvaluationWhenItIsRendered) {
   press(1);
   turn();
   EXPECT_THAT(order, ElementsAre("rendered", "rendered", "told"));
+}
+
+TEST_F(ViewGraphTest, sharesWithTheFormerTreeWhatNoChangeHasReached) {
+  const auto former = graph.tree();
+  press(1);
+  turn();
+  EXPECT_NE(graph.tree(), former);
+  EXPECT_EQ(graph.tree()->children.shared(0), former->children.shared(0));
+  EXPECT_NE(graph.tree()->children.shared(1), former->children.shared(1));
+  EXPECT_THAT(labels(), ElementsAre("first 0", "second 1"));
+  screen.redraws.set(1);
+  turn();
+  EXPECT_THAT(labels(), ElementsAre("first 0", "second 1"));
+  press(0);
+  turn();
+  EXPECT_THAT(labels(), ElementsAre("first 1", "second 1")) << "after an evaluation of the whole";
 }
 
 TEST_F(ViewGraphTest, aWatchedValueStartsOneActionForEachDifference) {

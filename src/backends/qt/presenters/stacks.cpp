@@ -17,7 +17,7 @@ class SpacerWidget : public QWidget {
 };
 
 // What stands in a group stands where the group does.
-void collect(const std::vector<Element>& children, std::vector<const Element*>& elements) {
+void collect(const Elements& children, std::vector<const Element*>& elements) {
   for (const Element& child : children) {
     if (child.as<elements::Group>() != nullptr) {
       collect(child.children, elements);

@@ -46,7 +46,7 @@ bool looksAlike(const Element& a, const Element& b) {
 
 }  // namespace
 
-bool ListModel::show(const std::vector<Element>& sections) {
+bool ListModel::show(const Elements& sections) {
   const auto formerParts = parts();
   std::vector<Block> blocks;
   int rows = 0;

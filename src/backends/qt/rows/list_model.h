@@ -22,7 +22,7 @@ class ListModel : public QAbstractListModel {
   };
 
   // The elements stay valid until the next call. False when all that anybody has asked for looks as before.
-  bool show(const std::vector<Element>& sections);
+  bool show(const Elements& sections);
 
   int rowCount(const QModelIndex& parent = {}) const override;
   // Accessible text: the title, as long as `titleStart` makes it; accessible description: the badge. A

@@ -35,6 +35,8 @@ bool Slot::fits(const Element& element) const {
 }
 
 bool Slot::show(const Element& element, QWidget* anchor) {
+  if (shown_.lock().get() == &element) return false;
+  shown_ = element.weak_from_this();
   const QWidget* const former = widget();
   const bool isKept = fits(element);
   if (!isKept) remake(element);

@@ -19,7 +19,7 @@ class Slot {
   Slot& operator=(Slot&&) = delete;
   ~Slot();
 
-  // True when `widget` has become another one.
+  // True when `widget` has become another one. Passes over the element that it shows already.
   bool show(const Element& element, QWidget* anchor = nullptr);
   // With what lies around it; null for what has no place in the layout.
   QWidget* widget() const;
@@ -33,6 +33,7 @@ class Slot {
   Rendering& rendering_;
   std::size_t kind_ = 0;
   std::vector<UUID> identities_;
+  std::weak_ptr<const Element> shown_;
   Wrappings wrappings_;
   std::unique_ptr<Presenter> presenter_;
   std::vector<Slot> attachments_;
