@@ -12,8 +12,10 @@
 #include "backends/linux/applications/workspace.h"
 #include "backends/linux/files/base_directories.h"
 #include "backends/linux/files/defaults_file.h"
+#include "backends/linux/files/file_manager.h"
 #include "backends/linux/poll_driver.h"
 #include "backends/linux/time_zone.h"
+#include "backends/linux/utility_queue.h"
 #include "backends/x11/clipboard/pasteboard.h"
 #include "backends/x11/windows/screens.h"
 #include "backends/x11/windows/window_server.h"
@@ -103,6 +105,8 @@ Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop,
   workspace->setFileManager(std::move(fileManager));
   platform.workspace = workspace;
   session.pasteboard()->setIdentify(identifyWith(workspace, session.windowServer()));
+  platform.fileManager = std::make_shared<linux_desktop::FileManager>();
+  platform.utilityQueue = std::make_shared<linux_desktop::UtilityQueue>();
   platform.windowServer = session.windowServer();
   platform.screens = session.screens();
   platform.standardUserDefaults =

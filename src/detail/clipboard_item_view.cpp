@@ -3,6 +3,7 @@
 #include <chrono>
 #include <utility>
 
+#include "detail/quick_look_preview.h"
 #include "detail/relative_text.h"
 #include "detail/scrollable_attributed_text_view.h"
 #include "detail/scrollable_text_view.h"
@@ -108,7 +109,10 @@ View ClipboardItemView::richText() const {
 
 View ClipboardItemView::file() const {
   const URL url = item->possibleFileUrl.value();
-  std::vector<View> children{Spacer()};
+  std::vector<View> children;
+  if (url.isFileURL())
+    children.push_back(QuickLookPreview{.shouldCleanUp = false, .previewItem = std::make_shared<NSURL>(url)});
+  children.push_back(Spacer());
   for (View& each : pathBlock(url)) children.push_back(std::move(each));
   children.push_back(Button([url] { NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({url}); },
                             Text("Show in Finder"))

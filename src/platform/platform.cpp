@@ -43,6 +43,10 @@ std::optional<std::vector<CGWindowDictionary>> CGWindowListCopyWindowInfo(CGWind
   return Platform::installed().windowServer->copyWindowInfo(options, relativeTo);
 }
 
+std::shared_ptr<NSFileManager> NSFileManager::defaultManager() { return Platform::installed().fileManager; }
+
+DispatchQueue& DispatchQueue::global(DispatchQoS) { return *Platform::installed().utilityQueue; }
+
 const NSTimeZone& NSTimeZone::systemTimeZone() { return *Platform::installed().timeZone; }
 
 Date Date::now() { return Platform::installed().wallClock(); }

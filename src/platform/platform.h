@@ -12,6 +12,8 @@
 #include "platform/foundation/date.h"
 #include "platform/foundation/defaults/defaults_suites.h"
 #include "platform/foundation/defaults/user_defaults.h"
+#include "platform/foundation/dispatch_queue.h"
+#include "platform/foundation/file_manager.h"
 #include "platform/foundation/run_loop.h"
 
 namespace tarnix {
@@ -28,6 +30,8 @@ struct Platform {
   std::shared_ptr<NSScreenList> screens;
   std::shared_ptr<NSUserDefaults> standardUserDefaults;
   std::shared_ptr<DefaultsSuites> suites;
+  std::shared_ptr<NSFileManager> fileManager;
+  std::shared_ptr<DispatchQueue> utilityQueue;  // Of the quality of service `utility`.
   std::shared_ptr<NSApplication> application = std::make_shared<NSApplication>();
 
   // The installed platform. One must be installed.

@@ -12,8 +12,20 @@ namespace tarnix::test {
 struct TextHost {
   using Context = NSViewRepresentableContext<TextHost>;
 
+  struct Coordinator {
+    int* dismantled = nullptr;
+  };
+
   String text;
-  int* made = nullptr;  // Counts the views.
+  int* made = nullptr;        // Counts the views,
+  int* dismantled = nullptr;  // and those whose place has gone.
+
+  std::shared_ptr<Coordinator> makeCoordinator() const {
+    return std::make_shared<Coordinator>(Coordinator{dismantled});
+  }
+  static void dismantleNSView(NSScrollView&, const Coordinator& coordinator) {
+    if (coordinator.dismantled != nullptr) ++*coordinator.dismantled;
+  }
 
   std::shared_ptr<NSScrollView> makeNSView(const Context&) const {
     if (made != nullptr) ++*made;

@@ -159,11 +159,12 @@ TEST_P(ViewContract, aListShowsItsRowsAndWritesWhatIsPicked) {
 
 TEST_P(ViewContract, aHostsViewIsMadeOnceForItsPlaceAndFollowsItsHost) {
   int made = 0;
+  int dismantled = 0;
   String text("first");
   std::optional<std::size_t> limit;
   UUID identity = UUID::random();
   stage->show([&] {
-    const View stack = VStack({Text("above"), View(TextHost{text, &made}).id(identity)});
+    const View stack = VStack({Text("above"), View(TextHost{text, &made, &dismantled}).id(identity)});
     return limit ? stack.lineLimit(*limit) : stack;
   });
   EXPECT_EQ(stage->text(), "first");
@@ -172,9 +173,13 @@ TEST_P(ViewContract, aHostsViewIsMadeOnceForItsPlaceAndFollowsItsHost) {
   stage->settle();
   EXPECT_EQ(stage->text(), "second7") << "and knows what is around it";
   EXPECT_EQ(made, 1);
+  EXPECT_EQ(dismantled, 0);
   identity = UUID::random();
   stage->settle();
   EXPECT_EQ(made, 2);
+  EXPECT_EQ(dismantled, 1) << "its place is gone";
+  stage.reset();
+  EXPECT_EQ(dismantled, 2) << "all places are";
   EXPECT_EQ(stage->text(), "second7");
 }
 

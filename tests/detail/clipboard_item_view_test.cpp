@@ -131,6 +131,11 @@ TEST_F(ClipboardItemViewTest, aFileTellsItsPathAndIsShownByTheFileManager) {
   show(fileClip("/home/user/a b.png"));
   EXPECT_TRUE(window->shows("File"));
   EXPECT_TRUE(window->shows("/home/user/a b.png"));
+  EXPECT_THAT(tree(), StartsWith("  VStack spacing=0\n"
+                                 "    VStack spacing=0 .navigationTitle(\"File\")\n"
+                                 "      QLPreviewView \"file:///home/user/a%20b.png\"\n"
+                                 "      Spacer\n"
+                                 "      Group\n"));
   EXPECT_FALSE(window->press("paperclip")) << "a file can't be put back";
   press("Show in Finder");
   EXPECT_THAT(desktop.revealedURLs(), ElementsAre(URL("/home/user/a b.png")));
@@ -145,6 +150,11 @@ TEST_F(ClipboardItemViewTest, aFileTellsItsPathAndIsShownByTheFileManager) {
   show(fileClip("/odd/file:/first/file:///second"));
   EXPECT_TRUE(window->shows("///second"));
   EXPECT_EQ(spacers(), usual + 1);
+  ClipboardItem elsewhere = fileClip("");
+  elsewhere.possibleFileUrl = URL::fromString("smb://host/a.png");
+  show(elsewhere);
+  EXPECT_THAT(tree(), Not(HasSubstr("QLPreviewView")));
+  EXPECT_TRUE(window->hasButton("Show in Finder"));
 }
 
 TEST_F(ClipboardItemViewTest, whatIsUnknownIsNotTold) {

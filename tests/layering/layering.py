@@ -90,7 +90,8 @@ CHAMBERS = {
         "appkit/rich_text/html": ("foundation", "coregraphics", "appkit", "appkit/rich_text/text"),
         "appkit/rich_text": ("foundation", "appkit", "appkit/rich_text/text", "appkit/rich_text/rtf",
                              "appkit/rich_text/html"),
-        "swiftui": ("foundation", "combine", "coregraphics", "appkit"),
+        "quicklook": ("foundation", "appkit"),
+        "swiftui": ("foundation", "combine", "coregraphics", "appkit", "quicklook"),
     },
     # Observing and showing a setting takes its key.
     "settings": {"bridges": (), "observation": ("", "bridges"), "views": ("", "bridges", "observation")},

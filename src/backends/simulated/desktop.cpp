@@ -97,6 +97,8 @@ Desktop::Desktop() {
   platform_.standardUserDefaults = NSUserDefaults::make(std::make_unique<MemoryDefaultsStorage>());
   platform_.suites = std::make_shared<DefaultsSuites>(
       [](const String&) { return std::make_unique<MemoryDefaultsStorage>(); });
+  platform_.fileManager = files_;
+  platform_.utilityQueue = utilityQueue_;
   scope_ = std::make_unique<PlatformScope>(platform_);
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "backends/simulated/application.h"
+#include "backends/simulated/files.h"
 #include "backends/simulated/pasteboard.h"
 #include "backends/simulated/window.h"
 #include "platform/platform.h"
@@ -62,6 +63,9 @@ class Desktop {
   void setSetting(const String& key, PropertyList::Value value);
   std::optional<PropertyList> setting(const String& key) const;
 
+  FileManager& files() { return *files_; }
+  DispatchQueue& utilityQueue() { return *utilityQueue_; }
+
   Pasteboard& pasteboard(NSPasteboard::Name name = NSPasteboard::Name::general);
   RunLoop& runLoop() { return *platform_.mainRunLoop; }
   Date now() const;
@@ -95,6 +99,8 @@ class Desktop {
   mutable int windowListReads_ = 0;
   mutable std::vector<URL> openedURLs_;
   mutable std::vector<URL> revealedURLs_;
+  std::shared_ptr<FileManager> files_ = std::make_shared<FileManager>();
+  std::shared_ptr<DispatchQueue> utilityQueue_ = std::make_shared<DispatchQueue>();
   std::shared_ptr<TimeZone> timeZone_ = std::make_shared<TimeZone>();
   Platform platform_;
   std::unique_ptr<PlatformScope> scope_;

@@ -14,6 +14,14 @@ bool isRow(const ViewStep& step) { return step.kind == ViewStep::Kind::row; }
 
 }  // namespace
 
+ViewPlaces::~ViewPlaces() {
+  for (const auto& [path, place] : places_) giveUp(place);
+}
+
+void ViewPlaces::giveUp(const Place& place) {
+  if (place.represented) place.represented->dismantle();
+}
+
 ViewPlaces::Place& ViewPlaces::placeAt(const ViewPath& path) {
   Place& place = places_[path];
   place.isInUse = true;
@@ -40,6 +48,7 @@ void ViewPlaces::endLook(const Region& region) {
   while (each != places_.end() && startsWith(each->first, region.list)) {
     const bool isKept =
         !region.contains(each->first) || each->second.isInUse || isInRows(each->first, firstStep);
+    if (!isKept) giveUp(each->second);
     each = isKept ? std::next(each) : places_.erase(each);
   }
 }

@@ -41,6 +41,10 @@ class ViewPlaces {
 
   explicit ViewPlaces(std::shared_ptr<ViewInvalidation> invalidation)
       : invalidation_(std::move(invalidation)) {}
+  ViewPlaces(const ViewPlaces&) = delete;
+  ViewPlaces& operator=(const ViewPlaces&) = delete;
+  // Dismantles the views of the toolkit, though a tree may still hold them.
+  ~ViewPlaces();
 
   // A part of the tree that is looked at as a whole: all of it, or one row of the list at a place.
   struct Region {
@@ -71,7 +75,8 @@ class ViewPlaces {
   void receive(const ViewPath& path, const std::vector<View::ReceiveHook>& hooks);
   // While not, nothing is received.
   void setReceiving(bool isReceiving);
-  // The view of the toolkit that is kept at a place, null when none is yet; and one to keep.
+  // The view of the toolkit that is kept at a place, null when none is yet; and one to keep. It is dismantled
+  // when its place is given up.
   std::shared_ptr<RepresentedView> represented(const ViewPath& path) { return placeAt(path).represented; }
   void represent(const ViewPath& path, std::shared_ptr<RepresentedView> view) {
     placeAt(path).represented = std::move(view);
@@ -102,6 +107,7 @@ class ViewPlaces {
     bool isInUse = true;
   };
 
+  static void giveUp(const Place& place);
   Place& placeAt(const ViewPath& path);
   void noteChange(const ViewPath& path);
   void subscribe(const std::shared_ptr<Reception>& reception) const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <typeindex>
@@ -38,16 +39,36 @@ struct NSViewRepresentableContext {
 };
 
 // A host: `makeNSView` is called once for each place, `updateNSView` at each evaluation, the first included,
-// and `makeCoordinator`, where there is one, once before either.
+// and `makeCoordinator`, where there is one, once before either. A static `dismantleNSView`, where there is
+// one, is called with the view and the coordinator once the place is gone.
 template <typename T>
 concept RepresentableView = requires(const T& host, const NSViewRepresentableContext<T>& context) {
   host.updateNSView(*host.makeNSView(context), context);
 };
 
-// A view of the toolkit at its place.
-struct RepresentedView {
-  std::shared_ptr<NSView> view;
-  std::shared_ptr<void> coordinator;
+// A view of the toolkit at its place. Whoever drops the place dismantles it; without a place, its end does.
+class RepresentedView {
+ public:
+  using Dismantle = std::function<void(const RepresentedView&)>;
+
+  RepresentedView(std::shared_ptr<NSView> hosted, std::shared_ptr<void> itsCoordinator, Dismantle dismantling)
+      : view(std::move(hosted)),
+        coordinator(std::move(itsCoordinator)),
+        dismantling_(std::move(dismantling)) {}
+  RepresentedView(const RepresentedView&) = delete;
+  RepresentedView& operator=(const RepresentedView&) = delete;
+  ~RepresentedView() { dismantle(); }
+
+  // The first call counts.
+  void dismantle() {
+    if (const Dismantle due = std::exchange(dismantling_, nullptr)) due(*this);
+  }
+
+  const std::shared_ptr<NSView> view;
+  const std::shared_ptr<void> coordinator;
+
+ private:
+  Dismantle dismantling_;
 };
 
 // A host whose type is forgotten. `update` is given what the host of the same type has made.
@@ -71,18 +92,28 @@ class RepresentableOf final : public ViewRepresentable {
     Context context{nullptr, environment};
     if constexpr (requires { host_.makeCoordinator(); }) context.coordinator = host_.makeCoordinator();
     auto view = host_.makeNSView(context);
-    return std::make_shared<RepresentedView>(RepresentedView{std::move(view), context.coordinator});
+    return std::make_shared<RepresentedView>(std::move(view), context.coordinator, dismantling());
   }
   void update(const RepresentedView& view, const EnvironmentValues& environment) const override {
-    const Context context{std::static_pointer_cast<typename CoordinatorOf<Host>::Type>(view.coordinator),
-                          environment};
+    const Context context{std::static_pointer_cast<Coordinator>(view.coordinator), environment};
     host_.updateNSView(static_cast<Hosted&>(*view.view), context);
   }
 
  private:
   using Context = NSViewRepresentableContext<Host>;
+  using Coordinator = typename CoordinatorOf<Host>::Type;
   using Hosted =
       typename decltype(std::declval<const Host&>().makeNSView(std::declval<const Context&>()))::element_type;
+
+  static RepresentedView::Dismantle dismantling() {
+    if constexpr (requires(Hosted & hosted, Coordinator & its) { Host::dismantleNSView(hosted, its); }) {
+      return [](const RepresentedView& view) {
+        Host::dismantleNSView(static_cast<Hosted&>(*view.view),
+                              *static_cast<Coordinator*>(view.coordinator.get()));
+      };
+    }
+    return nullptr;
+  }
 
   Host host_;
 };
