@@ -99,6 +99,7 @@ Platform sessionPlatform(x11::Session& session, std::shared_ptr<RunLoop> loop,
   platform.mainRunLoop = std::move(loop);
   platform.wallClock = linux_desktop::wallClockNow;
   platform.timeZone = std::make_shared<linux_desktop::SystemTimeZone>();
+  platform.mainBundle = std::make_shared<NSBundle>(linux_desktop::messageLanguages());
   platform.pasteboards.fill(std::make_shared<AbsentPasteboard>());
   platform.pasteboards[static_cast<std::size_t>(NSPasteboard::Name::general)] = session.pasteboard();
   const auto workspace = workspaceOf(session.windowServer(), *platform.mainRunLoop);

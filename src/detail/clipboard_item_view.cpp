@@ -168,7 +168,7 @@ bool ClipboardItemView::isAgeKnown() const {
 }
 
 View ClipboardItemView::age() const {
-  return Label(relativeText(*item->date), "clock").padding().padding({.bottom = 2});
+  return verbatimLabel(relativeText(*item->date), "clock").padding().padding({.bottom = 2});
 }
 
 std::vector<View> ClipboardItemView::toolbarItems() const {

@@ -47,6 +47,11 @@ std::shared_ptr<NSFileManager> NSFileManager::defaultManager() { return Platform
 
 DispatchQueue& DispatchQueue::global(DispatchQoS) { return *Platform::installed().utilityQueue; }
 
+const NSBundle& NSBundle::mainBundle() {
+  static const NSBundle english;
+  return current == nullptr ? english : *current->mainBundle;
+}
+
 const NSTimeZone& NSTimeZone::systemTimeZone() { return *Platform::installed().timeZone; }
 
 Date Date::now() { return Platform::installed().wallClock(); }

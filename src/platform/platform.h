@@ -8,6 +8,7 @@
 #include "platform/appkit/pasteboard.h"
 #include "platform/appkit/workspace.h"
 #include "platform/coregraphics/window_list.h"
+#include "platform/foundation/bundle.h"
 #include "platform/foundation/calendar.h"
 #include "platform/foundation/date.h"
 #include "platform/foundation/defaults/defaults_suites.h"
@@ -24,6 +25,7 @@ struct Platform {
   std::shared_ptr<RunLoop> mainRunLoop;
   std::function<Date()> wallClock;
   std::shared_ptr<NSTimeZone> timeZone;
+  std::shared_ptr<const NSBundle> mainBundle = std::make_shared<NSBundle>();
   std::array<std::shared_ptr<NSPasteboard>, 5> pasteboards;  // By `NSPasteboard::Name`.
   std::shared_ptr<NSWorkspace> workspace;
   std::shared_ptr<CGWindowServer> windowServer;

@@ -178,9 +178,9 @@ TEST_P(ViewContract, aHostsViewIsMadeOnceForItsPlaceAndFollowsItsHost) {
   stage->settle();
   EXPECT_EQ(made, 2);
   EXPECT_EQ(dismantled, 1) << "its place is gone";
+  EXPECT_EQ(stage->text(), "second7");
   stage.reset();
   EXPECT_EQ(dismantled, 2) << "all places are";
-  EXPECT_EQ(stage->text(), "second7");
 }
 
 TEST_P(ViewContract, aDialogComesAndGoesAndItsActionMayAskAgain) {

@@ -102,7 +102,7 @@ TEST_F(ClipboardItemViewTest, aPlainTextIsToldInThisTree) {
             "            Text verbatim \"editor\" .font(system bold)\n"
             "            Picture \"editor\" .frame(0x16)\n"
             "          Divider .frame(0x40)\n"
-            "        Label \"0 sec ago\" \"clock\" .padding .padding(bottom=2)\n"
+            "        Label verbatim \"0 sec ago\" \"clock\" .padding .padding(bottom=2)\n"
             "    ToolbarItem automatic\n"
             "      HStack\n"
             "        Divider .frame(0x50)\n"

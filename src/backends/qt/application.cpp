@@ -4,6 +4,7 @@
 #include <QPalette>
 #include <optional>
 
+#include "backends/qt/appearance_portal.h"
 #include "backends/qt/termination_signals.h"
 #include "backends/qt/theme/style.h"
 #include "backends/qt/theme/theme.h"
@@ -36,6 +37,11 @@ struct DesktopColors {
     hasAccent =
         accent != QApplication::style()->standardPalette().color(QPalette::Active, QPalette::Highlight);
   }
+
+  void chooseAccent(const QColor& accent) {
+    palette.setColor(QPalette::Active, QPalette::Highlight, accent);
+    hasAccent = true;
+  }
 };
 
 }  // namespace
@@ -53,9 +59,10 @@ struct Application::Impl : QObject {
 
   void applyPalette() {
     isApplying = true;
-    const DesktopColors desktop;
-    const ColorScheme scheme = forcedScheme.value_or(schemeOf(desktop.palette));
-    QApplication::setPalette(themePalette(desktop.palette, desktop.hasAccent, scheme));
+    DesktopColors desktop;
+    if (const auto accent = portal.accent()) desktop.chooseAccent(*accent);
+    const ColorScheme own = portal.colorScheme().value_or(schemeOf(desktop.palette));
+    QApplication::setPalette(themePalette(desktop.palette, desktop.hasAccent, forcedScheme.value_or(own)));
     isApplying = false;
   }
 
@@ -67,6 +74,7 @@ struct Application::Impl : QObject {
 
   QApplication application;
   TerminationSignals termination;
+  AppearancePortal portal{[this] { applyPalette(); }};
   std::optional<ColorScheme> forcedScheme;
   bool isApplying = false;
 };

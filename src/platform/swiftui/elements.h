@@ -49,10 +49,12 @@ inline std::string describe(const Picture& picture) {
 struct Label {
   String title;
   String systemName;
+  bool isVerbatim = false;  // The title is not a localisation key.
 };
 inline std::string describe(const Label& label) {
   if (label.title.empty() && label.systemName.empty()) return "Label";
-  return "Label " + text_form::quoted(label.title) + " " + text_form::quoted(label.systemName);
+  return (label.isVerbatim ? "Label verbatim " : "Label ") + text_form::quoted(label.title) + " " +
+         text_form::quoted(label.systemName);
 }
 
 // In points between the children; the platform's own choice where it is absent.
@@ -184,6 +186,9 @@ inline View verbatimText(String text) { return View(elements::Text{std::move(tex
 inline View Image(String systemName) { return View(elements::Image{std::move(systemName)}); }
 inline View Label(String title, String systemName) {
   return View(elements::Label{std::move(title), std::move(systemName)});
+}
+inline View verbatimLabel(String title, String systemName) {
+  return View(elements::Label{std::move(title), std::move(systemName), true});
 }
 inline View Picture(NSImage image) { return View(elements::Picture{std::move(image)}); }
 inline View Label(View title, View icon) {

@@ -4,9 +4,13 @@ namespace tarnix {
 namespace {
 
 void read(const Element& part, LabelParts& label) {
-  if (const auto* text = part.as<elements::Text>()) label.title = text->text;
+  if (const auto* text = part.as<elements::Text>()) {
+    label.title = text->text;
+    label.isVerbatim = text->isVerbatim;
+  }
   if (const auto* image = part.as<elements::Image>()) label.systemName = image->systemName;
-  if (const auto* both = part.as<elements::Label>()) label = {both->title, both->systemName};
+  if (const auto* both = part.as<elements::Label>())
+    label = {both->title, both->systemName, both->isVerbatim};
 }
 
 }  // namespace

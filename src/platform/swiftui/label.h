@@ -8,6 +8,7 @@ namespace tarnix {
 struct LabelParts {
   String title;
   String systemName;
+  bool isVerbatim = false;  // The title is not a localisation key.
 };
 
 // By the element itself and its children; of several texts the last one counts.

@@ -4,6 +4,7 @@
 
 #include "backends/linux/files/key_file.h"
 #include "backends/linux/files/property_list_text.h"
+#include "platform/foundation/split.h"
 #include "platform/foundation/utf8.h"
 
 namespace tarnix::linux_desktop {
@@ -116,6 +117,18 @@ std::string messageLocale(const Environment& environment) {
     if (value != nullptr && value[0] != '\0') return value;
   }
   return {};
+}
+
+std::vector<std::string> messageLanguages(const Environment& environment) {
+  const std::string locale = messageLocale(environment);
+  const std::string_view name = std::string_view(locale).substr(0, locale.find_first_of(".@"));
+  if (name.empty() || name == "C" || name == "POSIX") return {};
+  std::vector<std::string> languages;
+  if (const char* const wanted = environment("LANGUAGE")) {
+    for (const std::string_view each : split(wanted, ':')) languages.emplace_back(each);
+  }
+  languages.push_back(locale);
+  return languages;
 }
 
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view text,

@@ -33,6 +33,9 @@ struct DesktopEntry {
 // The locale's names in entries, best first: "sr_RS.UTF-8@latin" gives "sr_RS@latin", "sr_RS", "sr@latin",
 // "sr". None for "C" and "POSIX".
 std::vector<std::string> localeNames(std::string_view locale);
+// The languages that the environment asks for, best first: those of LANGUAGE, which counts nothing in the
+// locales "C" and "POSIX", then the locale for messages.
+std::vector<std::string> messageLanguages(const Environment& environment = ::getenv);
 // The locale that the environment sets for messages; empty when it sets none.
 std::string messageLocale(const Environment& environment = ::getenv);
 

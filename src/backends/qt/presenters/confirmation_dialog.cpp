@@ -63,8 +63,8 @@ class ConfirmationDialogPresenter : public Presenter {
     box_->setWindowModality(Qt::WindowModal);
     box_->setTextFormat(Qt::PlainText);
     box_->setTextInteractionFlags(Qt::NoTextInteraction);
-    box_->setText(toQString(dialog().title));
-    box_->setInformativeText(toQString(dialog().message));
+    box_->setText(localizedText(dialog().title));
+    box_->setInformativeText(localizedText(dialog().message));
     const QColor warning = box_->palette().color(QPalette::BrightText);
     box_->setIconPixmap(symbolPixmap(QStringLiteral("exclamationmark.triangle"), kWarningSide,
                                      box_->devicePixelRatioF(), monochrome(warning)));
@@ -89,7 +89,7 @@ class ConfirmationDialogPresenter : public Presenter {
   QAbstractButton* addButton(const Element& child) {
     const auto* content = child.as<elements::Button>();
     if (content == nullptr) return nullptr;
-    QPushButton* const button = box_->addButton(toQString(labelOf(child).title), messageRole(content->role));
+    QPushButton* const button = box_->addButton(shownTitle(labelOf(child)), messageRole(content->role));
     if (content->role == elements::ButtonRole::destructive) colorDestructive(*button);
     if (content->role == elements::ButtonRole::cancel) {
       box_->setDefaultButton(button);

@@ -30,7 +30,7 @@ void showSymbol(SymbolButton& button, const Element& element) {
   const LabelParts label = labelOf(element);
   button.setCheckable(true);
   button.setSymbol(toQString(label.systemName), symbolSide(element.modifier<modifiers::Font>()));
-  button.setTitle(toQString(label.title), true);
+  button.setTitle(shownTitle(label), true);
 }
 
 // A toggle as one of Qt's checkable buttons.
@@ -49,7 +49,7 @@ class TogglePresenter : public WidgetPresenter<Checkable> {
     const auto& toggle = *element.as<elements::Toggle>();
     isOn_ = toggle.isOn;
     showSymbol(*this->widget(), element);
-    label_ = toQString(toggle.label.empty() ? labelOf(element).title : toggle.label);
+    label_ = toggle.label.empty() ? shownTitle(labelOf(element)) : localizedText(toggle.label);
     if (this->widget()->text() != label_) {
       this->widget()->setText(label_);
       this->widget()->updateGeometry();
@@ -109,7 +109,7 @@ class BorderlessButtonPresenter : public ButtonPresenter<SymbolButton> {
     const auto* style = element.modifier<modifiers::LabelStyle>();
     const bool isIconOnly = style != nullptr && *style == modifiers::LabelStyle::iconOnly;
     const bool hasTitle = !label.title.empty();
-    title_ = hasTitle ? toQString(label.title) : symbolMeaning(symbol);
+    title_ = hasTitle ? shownTitle(label) : symbolMeaning(symbol);
     widget()->setTitle(title_, hasTitle && !isIconOnly);
   }
 
@@ -125,7 +125,7 @@ class PushButtonPresenter : public ButtonPresenter<QPushButton> {
  protected:
   void showLabel(const Element&, const LabelParts& label) override {
     // An ampersand of the title is not a mnemonic.
-    const QString text = toQString(label.title).replace(u'&', QStringLiteral("&&"));
+    const QString text = shownTitle(label).replace(u'&', QStringLiteral("&&"));
     if (widget()->text() != text) widget()->setText(text);
   }
 };

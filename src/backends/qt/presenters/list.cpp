@@ -38,7 +38,7 @@ class ListPresenter : public WidgetPresenter<QWidget> {
     rows_->setStyle(style == nullptr ? modifiers::ListStyle::automatic : *style);
     const bool isChanged = model_.show(element.children);
     const bool isFruitless = search_ && !search_->text().isEmpty() && model_.rowCount() == 0;
-    rows_->setNotice(isFruitless ? QCoreApplication::translate("tarnix", "No results") : QString());
+    rows_->setNotice(isFruitless ? localized("No results") : QString());
     if (isChanged) rows_->refresh();
     showSelection();
     isShowing_ = false;

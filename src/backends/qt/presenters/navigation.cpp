@@ -42,7 +42,7 @@ class NavigationPresenter : public WidgetPresenter<NavigationSplit> {
     const Element* detail = element.children.size() < 2 ? nullptr : &element.children[1];
     if (sidebar != nullptr && sidebar_.show(*sidebar)) widget()->setSidebar(sidebar_.widget());
     if (detail != nullptr && detail_.show(*detail)) widget()->setDetail(detail_.widget());
-    widget()->setTitle(toQString(titleOf(element, detail)));
+    widget()->setTitle(localizedText(titleOf(element, detail)));
     showToolbar(element, detail);
   }
 

@@ -10,6 +10,7 @@
 #include "backends/qt/text/rich/rich_text_view.h"
 #include "backends/qt/theme/colors.h"
 #include "backends/qt/theme/fonts.h"
+#include "backends/qt/theme/text.h"
 #include "backends/qt/tree/presenter.h"
 #include "backends/qt/widgets/text_editor.h"
 #include "platform/appkit/scroll_view.h"
@@ -94,7 +95,7 @@ class TextHostPresenter : public WidgetPresenter<Widget> {
     QObject::connect(&mirror_, &QTimer::timeout, this->widget(), [this] { mirror(); });
   }
 
-  QString ownName() const override { return QCoreApplication::translate("tarnix", "Text"); }
+  QString ownName() const override { return localized("Text"); }
   bool canShow(const Element& element) const override {
     const auto scrollView = scrollViewOf(element);
     return scrollView && scrollView->documentView() && useOf(*scrollView->documentView()) == use_;

@@ -94,7 +94,7 @@ class TextPresenter : public WidgetPresenter<TextLabel> {
   void show(const Element& element) override {
     showStyle(*widget(), element);
     const auto* alignment = element.modifier<modifiers::TextAlignment>();
-    const QString text = toQString(element.as<elements::Text>()->text);
+    const QString text = shownText(*element.as<elements::Text>());
     const bool isCentred =
         alignment != nullptr ? *alignment == modifiers::TextAlignment::center : !text.contains(QChar(u'\n'));
     widget()->setAlignment(Qt::AlignVCenter | (isCentred ? Qt::AlignHCenter : Qt::AlignLeading));
@@ -149,7 +149,7 @@ class LabelPresenter : public WidgetPresenter<QWidget> {
     const auto& label = *element.as<elements::Label>();
     showSymbol(*symbol_, label.systemName, element);
     showStyle(*title_, element);
-    const QString title = toQString(label.title);
+    const QString title = shownTitle({label.title, label.systemName, label.isVerbatim});
     if (title_->text() != title) title_->setText(title);
     const auto* style = element.modifier<modifiers::LabelStyle>();
     const bool isIconOnly = style != nullptr && *style == modifiers::LabelStyle::iconOnly;

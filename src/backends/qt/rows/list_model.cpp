@@ -54,7 +54,8 @@ bool ListModel::show(const Elements& sections) {
   for (const Element& element : sections) {
     const auto* section = element.as<elements::Section>();
     if (section == nullptr) continue;
-    blocks.push_back({section, rows, lines, toQString(section->header), static_cast<int>(section->rowCount)});
+    blocks.push_back(
+        {section, rows, lines, localizedText(section->header), static_cast<int>(section->rowCount)});
     rows += blocks.back().rows;
     lines += blocks.back().headerLines() + blocks.back().rows;
   }

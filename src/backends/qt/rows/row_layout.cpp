@@ -5,6 +5,7 @@
 
 #include "backends/qt/theme/fonts.h"
 #include "backends/qt/theme/text.h"
+#include "platform/foundation/bundle.h"
 
 namespace tarnix::qt {
 namespace {
@@ -19,6 +20,11 @@ constexpr double kPillFontScale = 0.84;
 constexpr double kLineHeight = 1.32;  // Of the font's size.
 constexpr std::size_t kLineLimit = 2;
 
+// A title may be as large as a clip, and is not copied.
+String localizedUnless(bool isVerbatim, const String& text) {
+  return isVerbatim ? text : NSBundle::mainBundle().localizedStringForKey(text);
+}
+
 }  // namespace
 
 RowLayout::RowLayout(const QStyleOptionViewItem& option, const Element& row) : option_(option) {
@@ -32,11 +38,12 @@ RowLayout::RowLayout(const QStyleOptionViewItem& option, const Element& row) : o
 
 // What else may stand in a row counts by what it holds.
 void RowLayout::addParts(const Element& element) {
-  if (const auto* text = element.as<elements::Text>()) addText(text->text, element);
+  if (const auto* text = element.as<elements::Text>())
+    addText(localizedUnless(text->isVerbatim, text->text), element);
   if (const auto* image = element.as<elements::Image>()) addSymbol(image->systemName, element);
   if (const auto* label = element.as<elements::Label>()) {
     addSymbol(label->systemName, element);
-    addText(label->title, element);
+    addText(localizedUnless(label->isVerbatim, label->title), element);
   }
   for (const Element& child : element.children) addParts(child);
 }

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <utility>
 
+#include "backends/qt/theme/text.h"
+
 namespace tarnix::qt {
 namespace {
 
@@ -48,12 +50,14 @@ SymbolTint monochrome(const QColor& color) { return {color, color}; }
 bool hasSymbol(const QString& name) { return !name.isEmpty() && QFile::exists(resourceOf(name)); }
 
 QString symbolMeaning(const QString& name) {
-  static constexpr std::array<std::pair<const char*, const char*>, 3> kMeanings{
-      {{"sidebar.leading", QT_TRANSLATE_NOOP("tarnix", "Toggle Sidebar")},
-       {"info.bubble", QT_TRANSLATE_NOOP("tarnix", "Information")},
-       {"paperclip", QT_TRANSLATE_NOOP("tarnix", "Copy")}}};
-  for (const auto& [symbol, meaning] : kMeanings) {
-    if (name == QLatin1String(symbol)) return QCoreApplication::translate("tarnix", meaning);
+  struct Meaning {
+    const char* symbol;
+    LocalizedKey text;
+  };
+  static constexpr auto kMeanings = std::to_array<Meaning>(
+      {{"sidebar.leading", "Toggle Sidebar"}, {"info.bubble", "Information"}, {"paperclip", "Copy"}});
+  for (const Meaning& each : kMeanings) {
+    if (name == QLatin1String(each.symbol)) return localized(each.text);
   }
   return {};
 }

@@ -1,9 +1,8 @@
 #include "backends/qt/theme/text.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 
+#include "platform/foundation/bundle.h"
 #include "platform/foundation/utf8.h"
 
 namespace tarnix::qt {
@@ -36,6 +35,20 @@ String fromQString(const QString& text) {
   return String(std::string_view(bytes.data(), static_cast<std::size_t>(bytes.size())));
 }
 
+QString localized(LocalizedKey key) { return localizedText(String(key.key())); }
+
+QString localizedText(const String& key) {
+  return toQString(NSBundle::mainBundle().localizedStringForKey(key));
+}
+
+QString shownText(const elements::Text& text) {
+  return text.isVerbatim ? toQString(text.text) : localizedText(text.text);
+}
+
+QString shownTitle(const LabelParts& label) {
+  return label.isVerbatim ? toQString(label.title) : localizedText(label.title);
+}
+
 QString titleStart(std::string_view title) {
   const std::string_view bytes = leadingBytes(title);
   QString start = toQString(bytes);
@@ -48,8 +61,8 @@ QString titleStart(std::string_view title) {
 }
 
 QString placeholderFor(const QString& title) {
-  if (title.isEmpty()) return QCoreApplication::translate("tarnix", "Empty text");
-  return title.trimmed().isEmpty() ? QCoreApplication::translate("tarnix", "Blank text") : QString();
+  if (title.isEmpty()) return localized("Empty text");
+  return title.trimmed().isEmpty() ? localized("Blank text") : QString();
 }
 
 QString singleLine(const QString& title) {

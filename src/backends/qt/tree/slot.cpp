@@ -63,13 +63,13 @@ void Slot::showNames(const Element& element) {
   QWidget* const content = presenter_->widget();
   if (content == nullptr) return;
   const auto* label = element.modifier<modifiers::AccessibilityLabel>();
-  const QString name = label == nullptr ? presenter_->ownName() : toQString(label->text);
+  const QString name = label == nullptr ? presenter_->ownName() : localizedText(label->text);
   if (content->accessibleName() != name) content->setAccessibleName(name);
   if (content->isEnabledTo(content->parentWidget()) == element.isDisabled()) {
     content->setEnabled(!element.isDisabled());
   }
   const auto* help = element.modifier<modifiers::Help>();
-  const QString tip = help == nullptr ? QString() : toQString(help->text);
+  const QString tip = help == nullptr ? QString() : localizedText(help->text);
   if (content->toolTip() != tip) content->setToolTip(tip);
 }
 

@@ -11,6 +11,7 @@
 
 #include "backends/qt/theme/focus_ring.h"
 #include "backends/qt/theme/fonts.h"
+#include "backends/qt/theme/text.h"
 #include "backends/qt/widgets/hairline.h"
 
 namespace tarnix::qt {
@@ -32,7 +33,7 @@ class LineHandle : public QSplitterHandle {
  public:
   explicit LineHandle(NavigationSplit& split) : QSplitterHandle(split.orientation(), &split), split_(split) {
     setFocusPolicy(Qt::TabFocus);
-    setAccessibleName(QCoreApplication::translate("tarnix", "Sidebar width"));
+    setAccessibleName(localized("Sidebar width"));
   }
   NavigationSplit& split() const { return split_; }
 

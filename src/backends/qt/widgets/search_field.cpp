@@ -26,8 +26,6 @@ constexpr int kLensSide = 14;
 constexpr int kInset = 9;
 constexpr int kClearSide = 13;
 
-QString localized(const char* key) { return QCoreApplication::translate("tarnix", key); }
-
 }  // namespace
 
 SearchField::SearchField(QWidget* parent) : QLineEdit(parent), clear_(new SymbolButton(this)) {
@@ -182,8 +180,8 @@ void SearchField::mouseReleaseEvent(QMouseEvent* event) { event->accept(); }
 void SearchField::contextMenuEvent(QContextMenuEvent* event) {
   auto* const menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  const auto add = [menu](const char* title, QKeySequence::StandardKey key, bool isEnabled, auto action) {
-    QAction* const added = menu->addAction(QCoreApplication::translate("QLineEdit", title));
+  const auto add = [menu](LocalizedKey title, QKeySequence::StandardKey key, bool isEnabled, auto action) {
+    QAction* const added = menu->addAction(localized(title));
     added->setShortcut(key);
     added->setEnabled(isEnabled);
     connect(added, &QAction::triggered, menu, action);

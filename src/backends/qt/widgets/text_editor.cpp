@@ -184,8 +184,8 @@ void TextEditor::mouseReleaseEvent(QMouseEvent* event) { event->accept(); }
 void TextEditor::contextMenuEvent(QContextMenuEvent* event) {
   auto* const menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  const auto add = [menu](const char* title, QKeySequence::StandardKey key, bool isEnabled, auto action) {
-    QAction* const added = menu->addAction(QCoreApplication::translate("QWidgetTextControl", title));
+  const auto add = [menu](LocalizedKey title, QKeySequence::StandardKey key, bool isEnabled, auto action) {
+    QAction* const added = menu->addAction(localized(title));
     added->setShortcut(key);
     added->setEnabled(isEnabled);
     connect(added, &QAction::triggered, menu, action);

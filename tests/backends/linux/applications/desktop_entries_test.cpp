@@ -26,6 +26,21 @@ TEST(DesktopEntry, namesOfALocaleComeBestFirst) {
     EXPECT_THAT(localeNames(none), IsEmpty()) << none;
 }
 
+TEST(DesktopEntry, languagesComeByTheirOwnListBeforeTheLocale) {
+  using Variables = std::map<std::string, std::string>;
+  const auto languages = [](const Variables& variables) {
+    return messageLanguages([&](const char* name) -> const char* {
+      const auto found = variables.find(name);
+      return found == variables.end() ? nullptr : found->second.c_str();
+    });
+  };
+  EXPECT_THAT(languages({{"LANG", "de_DE.UTF-8"}}), ElementsAre("de_DE.UTF-8"));
+  EXPECT_THAT(languages({{"LANG", "en_US.UTF-8"}, {"LANGUAGE", "fr:de"}}),
+              ElementsAre("fr", "de", "en_US.UTF-8"));
+  EXPECT_THAT(languages({{"LC_ALL", "C.UTF-8"}, {"LANG", "de_DE"}, {"LANGUAGE", "de"}}), IsEmpty());
+  EXPECT_THAT(languages({}), IsEmpty());
+}
+
 TEST(DesktopEntry, takesTheNameInTheBestLanguage) {
   const std::string names =
       "Name[sr]=sr\nName[sr@latin]=sr latin\nName=plain\nName[sr_RS]=sr RS\nName[de]=de\n";

@@ -11,6 +11,8 @@
 
 #include "backends/qt/text/plain/plain_text_view.h"
 
+#include "backends/qt/theme/text.h"
+
 // What mouse, wheel and keys do in a PlainTextView.
 namespace tarnix::qt {
 namespace {
@@ -189,8 +191,8 @@ void PlainTextView::contextMenuEvent(QContextMenuEvent* event) {
   if (!isSelectable_) return event->ignore();
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->addAction(QStringLiteral("Copy"), this, &PlainTextView::copy)->setEnabled(!selection().isEmpty());
-  menu->addAction(QStringLiteral("Select All"), this, &PlainTextView::selectAll)->setEnabled(!text().empty());
+  menu->addAction(localized("Copy"), this, &PlainTextView::copy)->setEnabled(!selection().isEmpty());
+  menu->addAction(localized("Select All"), this, &PlainTextView::selectAll)->setEnabled(!text().empty());
   menu->popup(event->globalPos());
 }
 
