@@ -8,10 +8,13 @@ if(TARNIX_CCACHE)
 endif()
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+# With and without sanitizers.
+add_library(tarnix_plain_options INTERFACE)
 add_library(tarnix_options INTERFACE)
-target_compile_features(tarnix_options INTERFACE cxx_std_20)
+target_link_libraries(tarnix_options INTERFACE tarnix_plain_options)
+target_compile_features(tarnix_plain_options INTERFACE cxx_std_20)
 set(CMAKE_CXX_EXTENSIONS OFF)
-target_compile_options(tarnix_options INTERFACE
+target_compile_options(tarnix_plain_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual
   $<$<BOOL:${TARNIX_WARNINGS_AS_ERRORS}>:-Werror>
   # Never -fPIE: it lets the linker copy Qt's meta objects into the program, where Qt no longer takes them for its own.
@@ -29,9 +32,9 @@ elseif(TARNIX_FUZZ)
                          -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(tarnix_options INTERFACE -fsanitize=address,undefined)
 elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
-  target_compile_options(tarnix_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -D_GLIBCXX_ASSERTIONS
+  target_compile_options(tarnix_plain_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -D_GLIBCXX_ASSERTIONS
                          -fstack-protector-strong -fstack-clash-protection -fcf-protection=full)
-  target_link_options(tarnix_options INTERFACE -pie -Wl,-z,relro,-z,now -Wl,-z,noexecstack)
+  target_link_options(tarnix_plain_options INTERFACE -pie -Wl,-z,relro,-z,now -Wl,-z,noexecstack)
 endif()
 
 # A folder of the source tree as a library. It sees its own headers and those of the targets it is linked to; all includes are

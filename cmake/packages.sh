@@ -4,9 +4,9 @@
 
 declare -A tarnix_packages=(
   [build]="g++ cmake ninja-build ccache pkg-config
-           qt6-base-dev qt6-svg-dev libgl-dev
+           qt6-base-dev qt6-svg-dev qt6-pdf-dev libgl-dev
            libxcb1-dev libxcb-xfixes0-dev libxcb-res0-dev libxcb-randr0-dev libexpat1-dev nlohmann-json3-dev libicu-dev libgumbo-dev"
-  [run]="qt6-qpa-plugins libqt6svg6 hicolor-icon-theme fonts-dejavu-core"
+  [run]="qt6-qpa-plugins libqt6svg6 libqt6pdf6 qt6-image-formats-plugins shared-mime-info hicolor-icon-theme fonts-dejavu-core"
   # A virtual screen, and programs of other makers that copy and paste on it.
   [desktop]="xvfb openbox xclip xsel xdotool wmctrl xterm zenity x11-utils imagemagick
              dbus dbus-x11 at-spi2-core python3-gi gir1.2-gtk-3.0 gir1.2-atspi-2.0"

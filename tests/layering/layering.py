@@ -60,7 +60,9 @@ ROOMS = {
     "backends/simulated": Room(frozenset({"platform"})),
     "backends/linux": backend(QT, XCB),
     "backends/x11": backend(QT),
-    "backends/qt": backend(XCB),
+    "backends/qt": Room(frozenset({"platform", "previewer/protocol"}), "system", (XCB,), is_pure=False),
+    "previewer/protocol": Room(frozenset()),
+    "previewer": Room(frozenset({"previewer/protocol"}), "system", (XCB,), is_pure=False),
 }
 # The rooms inside some of them, and which of each other these include. What lies beside them may include all.
 CHAMBERS = {
@@ -72,7 +74,8 @@ CHAMBERS = {
         "text/rich": ("theme", "widgets", "text/plain"),
         "rows": ("theme", "widgets"),
         "tree": ("theme",),
-        "presenters": ("theme", "widgets", "text/plain", "text/rich", "rows", "tree"),
+        "previews": ("theme", "widgets", "text/plain"),
+        "presenters": ("theme", "widgets", "text/plain", "text/rich", "rows", "previews", "tree"),
     },
     "backends/x11": {
         "text": (), "connection": ("text",), "windows": ("connection",), "clipboard": ("text", "connection"),
