@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "backends/qt/presenters/preview_host.h"
 #include "backends/qt/text/rich/rich_text_editor.h"
 #include "backends/qt/text/rich/rich_text_formats.h"
 #include "backends/qt/text/rich/rich_text_view.h"
@@ -138,7 +139,7 @@ class TextHostPresenter : public WidgetPresenter<Widget> {
 template <>
 std::unique_ptr<Presenter> presenterFor<elements::HostedView>(Rendering& rendering, const Element& element) {
   const auto scrollView = scrollViewOf(element);
-  if (!scrollView || !scrollView->documentView()) return nullptr;
+  if (!scrollView || !scrollView->documentView()) return previewPresenterFor(rendering, element);
   switch (const Use use = useOf(*scrollView->documentView())) {
     case Use::writing:
       return std::make_unique<TextHostPresenter<TextEditor>>(rendering, use);

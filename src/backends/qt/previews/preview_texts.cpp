@@ -1,0 +1,90 @@
+#include "backends/qt/previews/preview_texts.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <algorithm>
+#include <limits>
+
+namespace tarnix::qt::texts {
+namespace {
+
+QString number(std::uint64_t value) { return QLocale().toString(static_cast<qulonglong>(value)); }
+
+QString moment(std::int64_t seconds) {
+  return QLocale().toString(QDateTime::fromSecsSinceEpoch(seconds), QLocale::ShortFormat);
+}
+
+}  // namespace
+
+QString loading() { return QStringLiteral("Loading…"); }
+
+QString reasonOf(const previewing::Refusal& refusal) {
+  using previewing::Reason;
+  switch (refusal.reason) {
+    case Reason::missing:
+      return QStringLiteral("The file does not exist any more");
+    case Reason::noPermission:
+      return QStringLiteral("You may not read this file");
+    case Reason::notAFile:
+      return QStringLiteral("This is neither a file nor a folder");
+    case Reason::linkLoop:
+      return QStringLiteral("The link leads back to itself");
+    case Reason::nameTooLong:
+      return QStringLiteral("The name is too long");
+    case Reason::unreadable:
+      return QStringLiteral("The file can't be read");
+    case Reason::tooLarge:
+      return QStringLiteral("The picture is too large: %1 by %2")
+          .arg(number(refusal.width), number(refusal.height));
+    case Reason::tooMuchMemory:
+      return QStringLiteral("The file takes too much memory");
+    case Reason::damaged:
+      return QStringLiteral("The file is damaged");
+    case Reason::encrypted:
+      return QStringLiteral("The document is encrypted");
+  }
+  return {};
+}
+
+QString tookTooLong() { return QStringLiteral("The file takes too long to read"); }
+QString previewerMissing() { return QStringLiteral("The previewer can't be started"); }
+QString previewerDied() { return QStringLiteral("The file can't be understood"); }
+QString previewerConfused() { return QStringLiteral("The previewer failed"); }
+
+QString noPreview(const QString& reason) { return QStringLiteral("No preview: %1").arg(reason); }
+
+QString pictureName(QSize size) {
+  return QStringLiteral("Image, %1 by %2").arg(size.width()).arg(size.height());
+}
+
+QString documentName(std::size_t pages) {
+  return pages == 1 ? QStringLiteral("PDF, 1 page") : QStringLiteral("PDF, %1 pages").arg(number(pages));
+}
+
+QString textName() { return QStringLiteral("Text"); }
+
+QString folderName(const previewing::Folder& folder) {
+  if (folder.hasMore) return QStringLiteral("Folder, %1 items and more").arg(number(folder.entries));
+  return folder.entries == 1 ? QStringLiteral("Folder, 1 item")
+                             : QStringLiteral("Folder, %1 items").arg(number(folder.entries));
+}
+
+QString informationName(const previewing::Information& information) {
+  return QStringLiteral("%1, %2").arg(QString::fromStdString(information.kind), byteCount(information.bytes));
+}
+
+QString partShown(std::uint64_t shownBytes, std::uint64_t fileBytes) {
+  return QStringLiteral("The first %1 of %2").arg(byteCount(shownBytes), byteCount(fileBytes));
+}
+
+// Of 1,000 bytes a kB, and without decimals that say nothing.
+QString byteCount(std::uint64_t bytes) {
+  const auto size = static_cast<qint64>(std::min<std::uint64_t>(bytes, std::numeric_limits<qint64>::max()));
+  const int decimals = size < 10'000'000 ? 0 : 1;
+  return QLocale().formattedDataSize(size, decimals, QLocale::DataSizeSIFormat);
+}
+
+QString modified(std::int64_t seconds) { return QStringLiteral("Modified %1").arg(moment(seconds)); }
+QString created(std::int64_t seconds) { return QStringLiteral("Created %1").arg(moment(seconds)); }
+
+}  // namespace tarnix::qt::texts
