@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "backends/qt/theme/text.h"
+
 namespace tarnix::qt::texts {
 namespace {
 
@@ -16,57 +18,55 @@ QString moment(std::int64_t seconds) {
 
 }  // namespace
 
-QString loading() { return QStringLiteral("Loading…"); }
+QString loading() { return localized("Loading…"); }
 
 QString reasonOf(const previewing::Refusal& refusal) {
   using previewing::Reason;
   switch (refusal.reason) {
     case Reason::missing:
-      return QStringLiteral("The file does not exist any more");
+      return localized("The file does not exist any more");
     case Reason::noPermission:
-      return QStringLiteral("You may not read this file");
+      return localized("You may not read this file");
     case Reason::notAFile:
-      return QStringLiteral("This is neither a file nor a folder");
+      return localized("This is neither a file nor a folder");
     case Reason::linkLoop:
-      return QStringLiteral("The link leads back to itself");
+      return localized("The link leads back to itself");
     case Reason::nameTooLong:
-      return QStringLiteral("The name is too long");
+      return localized("The name is too long");
     case Reason::unreadable:
-      return QStringLiteral("The file can't be read");
+      return localized("The file can't be read");
     case Reason::tooLarge:
-      return QStringLiteral("The picture is too large: %1 by %2")
+      return localized("The picture is too large: %1 by %2")
           .arg(number(refusal.width), number(refusal.height));
     case Reason::tooMuchMemory:
-      return QStringLiteral("The file takes too much memory");
+      return localized("The file takes too much memory");
     case Reason::damaged:
-      return QStringLiteral("The file is damaged");
+      return localized("The file is damaged");
     case Reason::encrypted:
-      return QStringLiteral("The document is encrypted");
+      return localized("The document is encrypted");
   }
   return {};
 }
 
-QString tookTooLong() { return QStringLiteral("The file takes too long to read"); }
-QString previewerMissing() { return QStringLiteral("The previewer can't be started"); }
-QString previewerDied() { return QStringLiteral("The file can't be understood"); }
-QString previewerConfused() { return QStringLiteral("The previewer failed"); }
+QString tookTooLong() { return localized("The file takes too long to read"); }
+QString previewerMissing() { return localized("The previewer can't be started"); }
+QString previewerDied() { return localized("The file can't be understood"); }
+QString previewerConfused() { return localized("The previewer failed"); }
 
-QString noPreview(const QString& reason) { return QStringLiteral("No preview: %1").arg(reason); }
+QString noPreview(const QString& reason) { return localized("No preview: %1").arg(reason); }
 
-QString pictureName(QSize size) {
-  return QStringLiteral("Image, %1 by %2").arg(size.width()).arg(size.height());
-}
+QString pictureName(QSize size) { return localized("Image, %1 by %2").arg(size.width()).arg(size.height()); }
 
 QString documentName(std::size_t pages) {
-  return pages == 1 ? QStringLiteral("PDF, 1 page") : QStringLiteral("PDF, %1 pages").arg(number(pages));
+  return pages == 1 ? localized("PDF, 1 page") : localized("PDF, %1 pages").arg(number(pages));
 }
 
-QString textName() { return QStringLiteral("Text"); }
+QString textName() { return localized("Text"); }
 
 QString folderName(const previewing::Folder& folder) {
-  if (folder.hasMore) return QStringLiteral("Folder, %1 items and more").arg(number(folder.entries));
-  return folder.entries == 1 ? QStringLiteral("Folder, 1 item")
-                             : QStringLiteral("Folder, %1 items").arg(number(folder.entries));
+  if (folder.hasMore) return localized("Folder, %1 items and more").arg(number(folder.entries));
+  return folder.entries == 1 ? localized("Folder, 1 item")
+                             : localized("Folder, %1 items").arg(number(folder.entries));
 }
 
 QString informationName(const previewing::Information& information) {
@@ -74,7 +74,7 @@ QString informationName(const previewing::Information& information) {
 }
 
 QString partShown(std::uint64_t shownBytes, std::uint64_t fileBytes) {
-  return QStringLiteral("The first %1 of %2").arg(byteCount(shownBytes), byteCount(fileBytes));
+  return localized("The first %1 of %2").arg(byteCount(shownBytes), byteCount(fileBytes));
 }
 
 // Of 1,000 bytes a kB, and without decimals that say nothing.
@@ -84,7 +84,7 @@ QString byteCount(std::uint64_t bytes) {
   return QLocale().formattedDataSize(size, decimals, QLocale::DataSizeSIFormat);
 }
 
-QString modified(std::int64_t seconds) { return QStringLiteral("Modified %1").arg(moment(seconds)); }
-QString created(std::int64_t seconds) { return QStringLiteral("Created %1").arg(moment(seconds)); }
+QString modified(std::int64_t seconds) { return localized("Modified %1").arg(moment(seconds)); }
+QString created(std::int64_t seconds) { return localized("Created %1").arg(moment(seconds)); }
 
 }  // namespace tarnix::qt::texts
