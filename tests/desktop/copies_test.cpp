@@ -64,6 +64,8 @@ TEST_F(CopiesTest, ofFilesAreOneClipAndAnEmptiedClipboardIsNone) {
   ASSERT_TRUE(eventually([&] { return window.titles() == std::vector<std::string>{title}; }))
       << window.tree();
   EXPECT_TRUE(window.shows("File path:") && window.shows("Show in Finder")) << window.tree();
+  EXPECT_TRUE(eventually([&] { return window.detailText() == "content"; }))
+      << "the previewer is found: " << window.tree();
 
   Process& owner = copyWithScriptedOwner({"empty"});
   expectAfterMarker(window, {title});

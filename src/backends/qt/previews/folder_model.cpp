@@ -7,12 +7,16 @@
 
 #include "backends/qt/previews/preview_texts.h"
 #include "backends/qt/theme/icons.h"
+#include "backends/qt/theme/symbols.h"
 #include "backends/qt/theme/text.h"
 
 namespace tarnix::qt {
 namespace {
 
 using previewing::Entry;
+
+constexpr int kIconSide = 16;
+constexpr int kRowHeight = 28;
 
 String themeNameOf(Entry::Kind kind) {
   switch (kind) {
@@ -57,6 +61,8 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const {
       return entry.kind == Entry::Kind::file ? texts::byteCount(entry.bytes) : QString();
     case Qt::DecorationRole:
       return isName ? iconOfEntry(entry) : QVariant();
+    case Qt::SizeHintRole:
+      return QSize(0, kRowHeight);
     case Qt::TextAlignmentRole:
       return isName ? QVariant() : QVariant(Qt::AlignTrailing | Qt::AlignVCenter);
     case Qt::ForegroundRole:
@@ -72,11 +78,20 @@ QIcon FolderModel::iconOfEntry(const Entry& entry) const {
   const std::string extension = dot == std::string::npos || dot == 0 ? std::string() : entry.name.substr(dot);
   const QString key =
       entry.kind == Entry::Kind::file ? toQString(extension) : toQString(themeNameOf(entry.kind));
+  // Drawings are made for a colour, which may change.
+  const QColor color = QGuiApplication::palette().color(QPalette::PlaceholderText);
+  if (std::exchange(iconColor_, color) != color) icons_.clear();
   if (const auto known = icons_.constFind(key); known != icons_.constEnd()) return *known;
   const NSImage image{
       entry.kind == Entry::Kind::file ? std::vector<String>() : std::vector{themeNameOf(entry.kind)},
       String("file" + extension)};
-  return *icons_.insert(key, iconOf(image));
+  QIcon icon = iconOf(image);
+  if (icon.isNull()) {
+    const bool isFolder = entry.kind == Entry::Kind::folder;
+    icon = symbolPixmap(isFolder ? QStringLiteral("folder") : QStringLiteral("doc"), kIconSide,
+                        qGuiApp->devicePixelRatio(), monochrome(color));
+  }
+  return *icons_.insert(key, icon);
 }
 
 }  // namespace tarnix::qt

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QColor>
 #include <QHash>
 #include <QIcon>
 #include <vector>
@@ -25,6 +26,7 @@ class FolderModel : public QAbstractTableModel {
   QIcon iconOfEntry(const previewing::Entry& entry) const;
 
   std::vector<previewing::Entry> entries_;
+  mutable QColor iconColor_;
   mutable QHash<QString, QIcon> icons_;  // By the extension, else by what it is.
 };
 

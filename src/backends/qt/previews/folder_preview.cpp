@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 #include <QPainter>
+#include <QStyledItemDelegate>
 
 #include "backends/qt/previews/preview_texts.h"
 #include "backends/qt/theme/focus_ring.h"
@@ -9,12 +10,26 @@
 namespace tarnix::qt {
 namespace {
 
-constexpr int kSizeWidth = 100;
+constexpr int kSizeWidth = 110;
+constexpr int kSideMargin = 10;
+
+// Keeps the rows off the edges.
+class EntryDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    QStyleOptionViewItem inner = option;
+    const bool isName = (index.column() == FolderModel::nameColumn) == (option.direction == Qt::LeftToRight);
+    inner.rect.adjust(isName ? kSideMargin : 0, 0, isName ? 0 : -kSideMargin, 0);
+    QStyledItemDelegate::paint(painter, inner, index);
+  }
+};
 
 }  // namespace
 
 FolderPreview::FolderPreview(QWidget* parent) : QTreeView(parent) {
   setModel(&model_);
+  setItemDelegate(new EntryDelegate(this));
   setFrameShape(QFrame::NoFrame);
   setRootIsDecorated(false);
   setItemsExpandable(false);

@@ -8,7 +8,8 @@
 namespace tarnix::qt {
 namespace {
 
-constexpr int kIconSide = 96;
+constexpr int kLargeIconSide = 96;
+constexpr int kLargeSymbolSide = 64;
 constexpr int kWarningSide = 48;
 // A name that is longer is told around its middle.
 constexpr int kMostNameCharacters = 60;
@@ -39,15 +40,20 @@ InformationPreview::InformationPreview(QWidget* parent)
     : QWidget(parent),
       PreviewPart(QAccessible::Grouping),
       icon_(new PictureWidget(this)),
+      symbol_(new SymbolWidget(this)),
       name_(centredLabel(this)),
       facts_(centredLabel(this)) {
-  icon_->setFixedSize(kIconSide, kIconSide);
+  icon_->setFixedSize(kLargeIconSide, kLargeIconSide);
+  symbol_->setSymbol(QStringLiteral("doc"));
+  symbol_->setSide(kLargeSymbolSide);
+  symbol_->setTone(QPalette::PlaceholderText);
   QFont bold = name_->font();
   bold.setBold(true);
   name_->setFont(bold);
   facts_->setForegroundRole(QPalette::PlaceholderText);
   QVBoxLayout* const column = centredColumn(this);
   column->addWidget(icon_, 0, Qt::AlignHCenter);
+  column->addWidget(symbol_, 0, Qt::AlignHCenter);
   column->addWidget(name_);
   column->addWidget(facts_);
   column->addStretch(1);
@@ -55,6 +61,8 @@ InformationPreview::InformationPreview(QWidget* parent)
 
 void InformationPreview::setInformation(const QString& name, const previewing::Information& information) {
   icon_->setIcon(iconOf({{String(information.iconName), String(information.genericIconName)}, {}}));
+  icon_->setVisible(!icon_->isEmpty());
+  symbol_->setVisible(icon_->isEmpty());
   name_->setText(shortened(name));
   name_->setVisible(!name.isEmpty());
   QStringList facts{texts::informationName(information)};

@@ -20,6 +20,7 @@ class InformationPreview : public QWidget, public PreviewPart {
 
  private:
   PictureWidget* icon_;
+  SymbolWidget* symbol_;  // Where the desktop has no icon.
   QLabel* name_;
   QLabel* facts_;
 };

@@ -1,5 +1,7 @@
 #include "backends/qt/previews/preview_widget.h"
 
+#include <QAbstractScrollArea>
+#include <QVBoxLayout>
 #include <chrono>
 #include <type_traits>
 #include <utility>
@@ -18,16 +20,24 @@ using namespace std::chrono_literals;
 // What is there sooner needs no word that it is coming.
 constexpr auto kUnnoticed = 150ms;
 // What a picture is asked for in, whatever the window's size, so that it may grow.
+constexpr int kSpaceBelow = 12;
 constexpr QSize kLargestPane(1600, 1200);
 
 }  // namespace
 
 PreviewWidget::PreviewWidget(QWidget* parent)
     : QWidget(parent),
-      parts_(new QStackedLayout(this)),
+      parts_(new QStackedLayout),
+      edge_(new Hairline(this)),
       client_([this](PreviewAnswer answer) { take(std::move(answer)); }) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-  parts_->setSizeConstraint(QLayout::SetNoConstraint);
+  auto* const column = new QVBoxLayout(this);
+  column->setSizeConstraint(QLayout::SetNoConstraint);
+  column->setContentsMargins(0, 0, 0, kSpaceBelow);
+  column->setSpacing(0);
+  column->addLayout(parts_, 1);
+  column->addWidget(edge_);
+  edge_->hide();
   slowness_.setSingleShot(true);
   slowness_.setInterval(kUnnoticed);
   connect(&slowness_, &QTimer::timeout, this, [this] { wait(); });
@@ -67,6 +77,8 @@ void PreviewWidget::showOnly(QWidget* part) {
     former->hide();
     former->deleteLater();
   }
+  const QWidget* const scrolling = part == nullptr ? nullptr : part->focusProxy() ? part->focusProxy() : part;
+  edge_->setVisible(qobject_cast<const QAbstractScrollArea*>(scrolling) != nullptr);
   if (part != nullptr && hadFocus) part->setFocus();
 }
 

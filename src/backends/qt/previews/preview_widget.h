@@ -6,6 +6,7 @@
 
 #include "backends/qt/previews/preview_client.h"
 #include "backends/qt/previews/preview_source.h"
+#include "backends/qt/widgets/hairline.h"
 
 namespace tarnix::qt {
 
@@ -37,6 +38,7 @@ class PreviewWidget : public QWidget {
 
   QString name_;
   QStackedLayout* parts_;
+  Hairline* edge_;  // Below what scrolls.
   QTimer slowness_;
   FolderPreview* folder_ = nullptr;
   PagePreview* pages_ = nullptr;

@@ -122,6 +122,8 @@ TEST(PreviewKinds, hostilePicturesTakeBoundedMemoryAndEndInAPlaceholderOrAPictur
   const std::string jpeg = pictureFile({3000, 2000}, "jpeg");
   EXPECT_EQ(stage.nameOfPreview(stage.file("cut.jpg", jpeg.substr(0, jpeg.size() / 2))),
             "Image, 3000 by 2000");
+  EXPECT_EQ(stage.nameOfPreview(stage.file("scans.jpg", pictureFile({8000, 6000}, "jpeg", true))),
+            "No preview: The file takes too much memory");
   EXPECT_THAT(stage.nameOfPreview(stage.file("large.tiff", pictureFile({7000, 7000}, "tiff"))),
               testing::StartsWith("No preview: "));
   EXPECT_LT(stage.peakMemory, base + kMemoryBeyondBase);
@@ -229,7 +231,7 @@ TEST(PreviewKinds, aLargeFolderIsListedInOrderWithoutPushingAnythingAside) {
   EXPECT_EQ(told(2), "file 10000.txt");
   EXPECT_EQ(told(2, 1), "1 bytes");
   EXPECT_EQ(told(10'002), ".hidden");
-  EXPECT_EQ(stage.widget.size(), QSize(600, 500));
+  EXPECT_EQ(stage.widget.size(), QSize(600, 512));
   EXPECT_LT(stage.widget.minimumSizeHint().height(), 10);
   EXPECT_EQ(stage.widget.client().processId(), 0) << "the previewer has done its part";
   EXPECT_LT(stage.longestTurn, kLongestTurn);

@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QImage>
+#include <QImageWriter>
 #include <QStackedLayout>
 #include <QtEndian>
 #include <QtTest>
@@ -38,7 +39,7 @@ std::string chunk(const std::string& type, const std::string& data) {
 
 PreviewStage::PreviewStage() {
   PreviewerProcess::setProgram(TARNIX_PREVIEWER);
-  widget.resize(600, 500);
+  widget.resize(600, 512);  // With what is left free below the preview.
   widget.show();
 }
 
@@ -47,9 +48,7 @@ PreviewStage::~PreviewStage() {
   PreviewerProcess::setProgram({});
 }
 
-QWidget* PreviewStage::shownPart() const {
-  return static_cast<QStackedLayout*>(widget.layout())->currentWidget();
-}
+QWidget* PreviewStage::shownPart() const { return widget.findChild<QStackedLayout*>()->currentWidget(); }
 
 std::string PreviewStage::shownName() const {
   const QWidget* part = shownPart();
@@ -109,12 +108,14 @@ std::string pngFile(QSize size, bool hasPixels) {
   return "\x89PNG\r\n\x1a\n" + chunk("IHDR", head) + chunk("IDAT", packed) + chunk("IEND", "");
 }
 
-std::string pictureFile(QSize size, const char* format) {
+std::string pictureFile(QSize size, const char* format, bool isProgressive) {
   QImage image(size, QImage::Format_RGB32);
   image.fill(QColor(200, 100, 50));
   QBuffer buffer;
   buffer.open(QIODevice::WriteOnly);
-  EXPECT_TRUE(image.save(&buffer, format)) << format;
+  QImageWriter writer(&buffer, format);
+  writer.setProgressiveScanWrite(isProgressive);
+  EXPECT_TRUE(writer.write(image)) << format;
   return buffer.data().toStdString();
 }
 

@@ -53,6 +53,7 @@ class PreviewStage {
 // Files, as their formats say.
 std::string pngFile(QSize size, bool hasPixels = true);
 std::string pdfFile(int pages, bool isEncrypted = false);
-std::string pictureFile(QSize size, const char* format);
+// Progressively: whole in memory before the first pixel is known.
+std::string pictureFile(QSize size, const char* format, bool isProgressive = false);
 
 }  // namespace tarnix::qt
