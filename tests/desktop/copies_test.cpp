@@ -63,7 +63,7 @@ TEST_F(CopiesTest, ofFilesAreOneClipAndAnEmptiedClipboardIsNone) {
   const std::string title = files[0] + "\n" + files[1] + "\n" + files[2];
   ASSERT_TRUE(eventually([&] { return window.titles() == std::vector<std::string>{title}; }))
       << window.tree();
-  EXPECT_TRUE(window.shows("File path:") && window.shows("Show in Finder")) << window.tree();
+  EXPECT_TRUE(window.shows("File path:") && window.shows("Show in File Manager")) << window.tree();
   EXPECT_TRUE(eventually([&] { return window.detailText() == "content"; }))
       << "the previewer is found: " << window.tree();
 

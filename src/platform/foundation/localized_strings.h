@@ -81,6 +81,7 @@ constexpr std::array kLocalizedStrings = std::to_array<LocalizedString>({
     {"The first %1 of %2", "The first %1 of %2", "Die ersten %1 von %2"},
     {"Modified %1", "Modified %1", "Geändert %1"},
     {"Created %1", "Created %1", "Erstellt %1"},
+    {"1 byte", "1 byte", "1 Byte"},
     // The menus of texts. What follows an ampersand is the key that chooses the item.
     {"&Undo", "&Undo", "&Rückgängig"},
     {"&Redo", "&Redo", "&Wiederherstellen"},

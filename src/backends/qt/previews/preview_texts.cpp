@@ -1,11 +1,11 @@
 #include "backends/qt/previews/preview_texts.h"
 
+#include "backends/qt/theme/text.h"
+
 #include <QDateTime>
 #include <QLocale>
 #include <algorithm>
 #include <limits>
-
-#include "backends/qt/theme/text.h"
 
 namespace tarnix::qt::texts {
 namespace {
@@ -70,7 +70,9 @@ QString folderName(const previewing::Folder& folder) {
 }
 
 QString informationName(const previewing::Information& information) {
-  return QStringLiteral("%1, %2").arg(QString::fromStdString(information.kind), byteCount(information.bytes));
+  QString kind = QString::fromStdString(information.kind);
+  if (!kind.isEmpty()) kind[0] = kind[0].toUpper();
+  return QStringLiteral("%1, %2").arg(kind, byteCount(information.bytes));
 }
 
 QString partShown(std::uint64_t shownBytes, std::uint64_t fileBytes) {
@@ -79,6 +81,7 @@ QString partShown(std::uint64_t shownBytes, std::uint64_t fileBytes) {
 
 // Of 1,000 bytes a kB, and without decimals that say nothing.
 QString byteCount(std::uint64_t bytes) {
+  if (bytes == 1) return localized("1 byte");
   const auto size = static_cast<qint64>(std::min<std::uint64_t>(bytes, std::numeric_limits<qint64>::max()));
   const int decimals = size < 10'000'000 ? 0 : 1;
   return QLocale().formattedDataSize(size, decimals, QLocale::DataSizeSIFormat);

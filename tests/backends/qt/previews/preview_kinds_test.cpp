@@ -55,8 +55,8 @@ TEST(PreviewKinds, filesAreToldByWhatTheyHoldWhateverTheirNames) {
       {"page.html", "<html><img src='file:///etc/passwd'></html>", "Text", QAccessible::EditableText},
       {"a.zip", std::string("PK\3\4\x14\0\0\0\0\0", 10) + std::string(90, '\1'), "Zip archive, 100 bytes",
        QAccessible::Grouping},
-      {"binary.txt", std::string("\1\2\3\0\5\6", 6), "unknown, 6 bytes", QAccessible::Grouping},
-      {"empty", "", "empty document, 0 bytes", QAccessible::Grouping},
+      {"binary.txt", std::string("\1\2\3\0\5\6", 6), "Unknown, 6 bytes", QAccessible::Grouping},
+      {"empty", "", "Empty document, 0 bytes", QAccessible::Grouping},
       {"folder/one/inside", "", {}, {}},
   };
   for (const KindOfFile& each : files) {
@@ -114,7 +114,9 @@ TEST(PreviewKinds, hostilePicturesTakeBoundedMemoryAndEndInAPlaceholderOrAPictur
   ASSERT_GT(base, 0U);
   EXPECT_EQ(stage.nameOfPreview(stage.file("huge.png", pngFile({30'000, 30'000}, false))),
             "No preview: The picture is too large: 30,000 by 30,000");
-  EXPECT_EQ(stage.nameOfPreview(stage.file("bomb.png", pngFile({12'000, 12'000}))), "Image, 12000 by 12000");
+  EXPECT_THAT(stage.nameOfPreview(stage.file("bomb.png", pngFile({12'000, 12'000}))),
+              testing::AnyOf("Image, 12000 by 12000", "No preview: The file takes too long to read"))
+      << "as fast as the machine is";
   std::string gif = "GIF89a" + std::string("\x10\0\x10\0\x80\0\0\0\0\0\xff\xff\xff", 13);
   const std::string frame("\x2c\0\0\0\0\x10\0\x10\0\0\x02\x02\x44\x01\0", 15);
   for (int i = 0; i < 10'000; ++i) gif += frame;
@@ -229,7 +231,7 @@ TEST(PreviewKinds, aLargeFolderIsListedInOrderWithoutPushingAnythingAside) {
   EXPECT_EQ(told(0), "zebra") << "folders come first";
   EXPECT_EQ(told(1), "dangling");
   EXPECT_EQ(told(2), "file 10000.txt");
-  EXPECT_EQ(told(2, 1), "1 bytes");
+  EXPECT_EQ(told(2, 1), "1 byte");
   EXPECT_EQ(told(10'002), ".hidden");
   EXPECT_EQ(stage.widget.size(), QSize(600, 512));
   EXPECT_LT(stage.widget.minimumSizeHint().height(), 10);
