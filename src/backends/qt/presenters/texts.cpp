@@ -155,7 +155,8 @@ class LabelPresenter : public WidgetPresenter<QWidget> {
     const bool isIconOnly = style != nullptr && *style == modifiers::LabelStyle::iconOnly;
     title_->setVisible(!isIconOnly && !title.isEmpty());
     symbol_->setVisible(!label.systemName.empty());
-    symbol_->setAccessibleName(isIconOnly ? title : QString());
+    const QString name = isIconOnly ? title : QString();
+    if (symbol_->accessibleName() != name) symbol_->setAccessibleName(name);
   }
 
  private:

@@ -21,7 +21,9 @@ void SymbolWidget::setSide(int side) {
   if (width() != side || height() != side) setFixedSize(side, side);
 }
 
-void SymbolWidget::setTone(QPalette::ColorRole role) { setForegroundRole(role); }
+void SymbolWidget::setTone(QPalette::ColorRole role) {
+  if (foregroundRole() != role) setForegroundRole(role);
+}
 
 void SymbolWidget::setRenderingMode(modifiers::SymbolRenderingMode mode) {
   if (mode_ == mode) return;

@@ -91,5 +91,41 @@ TEST(ConfirmationDialog, takesEscapeReturnAndClosingForCancelling) {
   EXPECT_EQ(stage.deletions, 0);
 }
 
+// Counts what is drawn below a window.
+class Drawings : public QObject {
+ public:
+  explicit Drawings(QWidget& window) {
+    for (QWidget* const each : window.findChildren<QWidget*>()) each->installEventFilter(this);
+  }
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++count;
+    return false;
+  }
+  int count = 0;
+};
+
+TEST(Stacks, whatLooksAsBeforeIsNotDrawnAnew) {
+  Stage stage;
+  bool isOn = true;
+  const auto view = [&](const char* age) {
+    return VStack({HStack({Button([] {}, Label("Information", "info.bubble"))
+                               .labelStyle(modifiers::LabelStyle::iconOnly)
+                               .buttonStyle(modifiers::ButtonStyle::borderless)
+                               .foregroundStyle(modifiers::ForegroundStyle::accent),
+                           Image("clock").foregroundStyle(modifiers::ForegroundStyle::secondary),
+                           Toggle("Active", bindingTo(isOn)), Divider().frame({.height = 40})}),
+                   verbatimLabel(age, "clock").padding(), Text("Text").font({.isBold = true})});
+  };
+  stage.show(view("1 min ago"));
+  Stage::settle();
+  Drawings drawings(stage.window());
+  stage.show(view("1 min ago"));
+  Stage::settle();
+  EXPECT_EQ(drawings.count, 0);
+  stage.show(view("2 min ago"));
+  Stage::settle();
+  EXPECT_GT(drawings.count, 0) << "what has changed is drawn";
+}
+
 }  // namespace
 }  // namespace tarnix::qt
