@@ -1,3 +1,5 @@
+#include "backends/qt/presenters/text_host.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QTimer>
@@ -5,7 +7,6 @@
 #include <optional>
 #include <utility>
 
-#include "backends/qt/presenters/preview_host.h"
 #include "backends/qt/text/rich/rich_text_editor.h"
 #include "backends/qt/text/rich/rich_text_formats.h"
 #include "backends/qt/text/rich/rich_text_view.h"
@@ -136,10 +137,9 @@ class TextHostPresenter : public WidgetPresenter<Widget> {
 
 }  // namespace
 
-template <>
-std::unique_ptr<Presenter> presenterFor<elements::HostedView>(Rendering& rendering, const Element& element) {
+std::unique_ptr<Presenter> textPresenterFor(Rendering& rendering, const Element& element) {
   const auto scrollView = scrollViewOf(element);
-  if (!scrollView || !scrollView->documentView()) return previewPresenterFor(rendering, element);
+  if (!scrollView || !scrollView->documentView()) return nullptr;
   switch (const Use use = useOf(*scrollView->documentView())) {
     case Use::writing:
       return std::make_unique<TextHostPresenter<TextEditor>>(rendering, use);
